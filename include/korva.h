@@ -423,7 +423,11 @@ typedef int (*KXcallback)(pModel model, int location, void *userData);
 #define KX_DINFO_STOC_NUM_COLS_DETEQI 2231
 #define KX_DINFO_STOC_NUM_ROWS_DETEQI 2233
 
-/* @@PARAMETER-IDS@@ (parameter constants follow; kept in one block) */
+/* ------------------------------------------------------------------------ */
+/* Parameter ids                                                            */
+/* ------------------------------------------------------------------------ */
+/* @@PARAMETER-IDS-BEGIN@@ */
+/* @@PARAMETER-IDS-END@@ */
 
 /* ------------------------------------------------------------------------ */
 /* Environment and model                                                    */
@@ -495,6 +499,18 @@ KX_API int KXsetEnvLogfunc(pEnv env, KXenvLogfunc pfLogfunc, void *pvUserData);
 KX_API int KXsetModelLogfunc(pModel model, KXmodelLogfunc pfLogfunc, void *pvUserData);
 /* Re-arm the SIGINT handler that sets the interrupt flag polled by the solvers. */
 KX_API int KXresetctrlc(void);
+
+/* ------------------------------------------------------------------------ */
+/* Parameters                                                               */
+/* ------------------------------------------------------------------------ */
+/* @@PARAMETER-API-BEGIN@@ */
+/* @@PARAMETER-API-END@@ */
+
+/* ------------------------------------------------------------------------ */
+/* Extended model data, data getters and model files                        */
+/* ------------------------------------------------------------------------ */
+/* @@MODEL-DATA-API-BEGIN@@ */
+/* @@MODEL-DATA-API-END@@ */
 
 #ifdef __cplusplus
 }

@@ -190,7 +190,48 @@ struct KXmodel_s {
   double objConst;
   double *lower, *upper;
   char *conType;
-  double *rangeVal;  // range of each row when any row is ranged, else null
+  double *rangeVal;  // range of each row when any row is ranged, else null; the value R
+                     // of an MPS RANGES entry, KX_INFINITY for a row without range.  Row i
+                     // then spans [rhs-|R|, rhs] (L), [rhs, rhs+|R|] (G), and for an E row
+                     // [rhs, rhs+R] when R > 0, [rhs+R, rhs] when R < 0.
+
+  // Extended portion: integrality, sets, semi-continuous variables, cones,
+  // quadratic terms, names, priorities and the start point (model_ext.cpp,
+  // names.cpp).  Every array is null or owned; kxi_clear_extended frees them.
+  char *vartype;  // nVarsAlloc entries 'C', 'B', 'I'; null: all continuous
+  int nBin, nInt;
+  int nSets, nSetsAlloc;
+  char *setType;  // 1, 2, 3 SOS kinds, 4 cardinality
+  int *setCard;   // null unless a type-4 set exists
+  int *setBeg;    // nSets + 1
+  int *setLen;
+  int *setVar;
+  int setNnz, setNnzAlloc;
+  int nSC, nSCAlloc;
+  int *scVar;
+  int *scPos;       // nVarsAlloc: 0, or position in scVar plus 1
+  double *scLower;  // true lower bound of each semi-continuous variable
+  int nCones;
+  int nConeNonz, nConeNonzAlloc;
+  char *coneType;  // 'Q' quadratic, 'R' rotated quadratic
+  int *coneBeg, *coneLen;
+  int *coneVar;
+  char *coneMark;  // nVarsAlloc: use count of a variable in cones
+  int nQCRows;     // rows with a quadratic part
+  int nQCNonz;
+  int qcDirty;
+  int *qcRow;      // nQCRows row indices, ascending; -1 is the objective
+  int *qcBeg;      // nQCRows + 1 starts into qcCol1, qcCol2, qcVal
+  int *qcCol1, *qcCol2;  // lower triangle: qcCol1 >= qcCol2
+  double *qcVal;   // entries of the symmetric Q; a row's form is x'Qx/2
+  double *qcHelp;  // 2 nConsAlloc doubles for evaluation
+  char *modelName, *objName, *rhsName, *rngName, *bndName;
+  char **conNames, **varNames, **coneNames;  // pointers into the text blocks
+  char *conNameText, *varNameText, *coneNameText;
+  int conNameLen, varNameLen, coneNameLen;   // total lengths, terminators included
+  struct KXnameHash *conHash, *varHash, *coneHash;  // built on demand
+  int *varPriority;
+  double *startX;
 
   ModelStats stats;
 };
@@ -206,6 +247,22 @@ void KXI_LoadBaseStats(Model *model);
 void kxi_release_glp(Model *model);       // delete the simplex state
 void kxi_clear_extended(Model *model);    // free the data beyond the plain LP
 void kxi_free_name_hashes(Model *model);  // free the name hash tables
+
+// Extended data (model_ext.cpp, names.cpp).
+void kxi_reset_solution(Model *model);  // after any load: status 14, solver memory freed
+void kxi_free_names(Model *model);      // names, their texts and hashes
+int kxi_load_var_type(Model *model, const char *types);
+int kxi_load_sets(Model *model, int nSets, const char *types, const int *card, const int *beg,
+                  const int *cols);
+int kxi_load_semicont(Model *model, int nSC, const int *vars, const double *l, const double *u);
+int kxi_load_cones(Model *model, int nCones, const char *types, const int *beg, const int *cols);
+int kxi_load_qc(Model *model, int nnz, const int *rows, const int *c1, const int *c2,
+                const double *v);
+int kxi_load_names(Model *model, const char *title, const char *obj, const char *rhs,
+                   const char *rng, const char *bnd, char **conNames, char **varNames,
+                   char **coneNames);
+int kxi_load_ranges(Model *model, const double *r);
+int kxi_has_quadratic(const Model *model);  // nonzero when quadratic terms are loaded
 
 // Messages.
 int KXsetErrorMessages(int *bufferLength, int *usedLength, int **offsets, char **text,

@@ -98,7 +98,6 @@ extern "C" KX_API int KXgetSolution(pModel model, int nItem, double *padValues) 
       return KXERR_INFO_NOT_AVAILABLE;
     bool useIpm = false;
     if (nItem >= KX_SOL_IPM_X) {
-      extern int kxi_has_quadratic(const Model *);
       useIpm = model->splexPam->ipmSol == 0 && !kxi_has_quadratic(model) &&
                s->ipm_status != KX_STATUS_UNLOADED;
       nItem -= 4;

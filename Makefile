@@ -1,0 +1,52 @@
+# Thin driver over CMake.
+#   make demo   build the library and run the bundled example
+#   make test   build and run every test: release build, then an ASan+UBSan build
+#   make bench  build the benchmark programs (see bench/README.md)
+
+BUILD      ?= build/release
+ASAN_BUILD ?= build/asan
+JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
+CTEST_ARGS ?= --output-on-failure -j $(JOBS)
+DEB_PACKAGES := cmake g++ make libgtest-dev liblapack-dev libblas-dev zlib1g-dev
+
+.PHONY: all deps configure build demo test test-release test-asan bench clean
+
+all: build
+
+# Install what is missing from Debian when we are root; otherwise say what is missing.
+deps:
+	@missing=""; for p in $(DEB_PACKAGES); do \
+	  dpkg -s $$p >/dev/null 2>&1 || missing="$$missing $$p"; done; \
+	if [ -n "$$missing" ]; then \
+	  if [ "$$(id -u)" = 0 ]; then \
+	    echo "installing:$$missing"; \
+	    DEBIAN_FRONTEND=noninteractive apt-get update -qq && \
+	    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq $$missing; \
+	  else echo "missing Debian packages:$$missing (run as root or install them)"; exit 1; fi; \
+	fi
+
+configure: deps
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release >/dev/null
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	$(BUILD)/example_solve_lp
+
+test-release: build
+	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^(unit|data|data-large)$$'
+
+test-asan: deps
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKORVA_SANITIZE=ON >/dev/null
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  ctest $(CTEST_ARGS) -L '^(unit|data)$$'
+
+test: test-release test-asan
+
+bench: build
+	@ls $(BUILD)/bench_* 2>/dev/null || echo "no benchmark programs yet"
+
+clean:
+	rm -rf build

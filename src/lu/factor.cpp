@@ -1,0 +1,683 @@
+// factor.cpp - one factorisation pass: loading the basis, the column and row
+// singleton phases, the Markowitz kernel with threshold pivoting, and the final
+// assembly of U by columns and of the row-wise copy of L.
+#include "lu/slu.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace {
+
+// ----- count lists -------------------------------------------------------
+
+void lists_init(SLUCountLists &L, int m) {
+    for (int c = 0; c <= m; c++) {
+        L.next[m + c] = m + c;
+        L.prev[m + c] = m + c;
+    }
+    std::fill(L.linked.begin(), L.linked.end(), 0);
+}
+
+inline void list_link(SLUCountLists &L, int m, int i, int count) {
+    const int s = m + count;
+    const int n = L.next[s];
+    L.next[s] = i;
+    L.prev[i] = s;
+    L.next[i] = n;
+    L.prev[n] = i;
+    L.linked[i] = 1;
+}
+
+inline void list_unlink(SLUCountLists &L, int i) {
+    if (!L.linked[i]) return;
+    L.next[L.prev[i]] = L.next[i];
+    L.prev[L.next[i]] = L.prev[i];
+    L.linked[i] = 0;
+}
+
+inline int list_first(const SLUCountLists &L, int m, int count) {
+    const int s = m + count;
+    const int n = L.next[s];
+    return n == s ? -1 : n;
+}
+
+// ----- line helpers ------------------------------------------------------
+
+// Remove index x from pattern line j of store s (swap with the last entry).
+inline bool line_remove(SLUStore &s, int j, int x) {
+    int *ind = s.ind.data() + s.beg[j];
+    const int l = s.len[j];
+    for (int k = l - 1; k >= 0; k--) {
+        if (ind[k] == x) {
+            ind[k] = ind[l - 1];
+            if (!s.val.empty()) {
+                double *val = s.val.data() + s.beg[j];
+                val[k] = val[l - 1];
+            }
+            s.len[j] = l - 1;
+            return true;
+        }
+    }
+    return false;
+}
+
+// Position inside row i of the entry in column j, or -1.
+inline int row_find(const SLUStore &s, int i, int j) {
+    const int *ind = s.ind.data() + s.beg[i];
+    for (int k = s.len[i] - 1; k >= 0; k--)
+        if (ind[k] == j) return s.beg[i] + k;
+    return -1;
+}
+
+inline void row_remove_at(SLUStore &s, int i, int at) {
+    const int last = s.beg[i] + s.len[i] - 1;
+    s.ind[at] = s.ind[last];
+    s.val[at] = s.val[last];
+    s.len[i]--;
+}
+
+inline double row_max(SLUFactor &f, int i) {
+    double v = f.rowMaxAbs[i];
+    if (v >= 0.0) return v;
+    v = 0.0;
+    const double *val = f.urow.val.data() + f.urow.beg[i];
+    for (int k = 0, l = f.urow.len[i]; k < l; k++) v = std::max(v, std::fabs(val[k]));
+    f.rowMaxAbs[i] = v;
+    return v;
+}
+
+inline void set_pivot(SLUFactor &f, int r, int c, double piv) {
+    const int pos = f.nPiv++;
+    f.rowPerm[pos] = r;
+    f.colPerm[pos] = c;
+    f.rowPos[r] = pos;
+    f.colPos[c] = pos;
+    f.dinv[r] = 1.0 / piv;
+}
+
+inline void close_eta(SLUFactor &f, int pivRow) {
+    const int end = (int)f.Lrow.size();
+    if (end == f.Lbeg[f.nL]) return;  // empty eta: nothing to keep
+    f.Lpiv.push_back(pivRow);
+    f.Lbeg.push_back(end);
+    f.etaOfRow[pivRow] = f.nL;
+    f.nL++;
+}
+
+// ----- loading -----------------------------------------------------------
+
+struct Ctx {
+    SLU *h;
+    SLUFactor &f;
+    int m;
+    int spare;
+};
+
+int init_factor(Ctx &x, const int *head) {
+    SLU *h = x.h;
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    f.status = SLU_STAT_OK;
+    f.nPiv = 0;
+    f.nL = 0;
+    f.nLfactor = 0;
+    f.Lbeg.assign(1, 0);
+    f.Lpiv.clear();
+    f.Lrow.clear();
+    f.Lval.clear();
+    f.nP = 0;
+    f.Pbeg.assign(1, 0);
+    f.Ppiv.clear();
+    f.Pind.clear();
+    f.Pval.clear();
+    std::fill(f.rowPos.begin(), f.rowPos.end(), SLU_UNPIVOTED);
+    std::fill(f.colPos.begin(), f.colPos.end(), SLU_UNPIVOTED);
+    std::fill(f.etaOfRow.begin(), f.etaOfRow.end(), -1);
+    std::fill(f.rowMaxAbs.begin(), f.rowMaxAbs.end(), -1.0);
+    std::fill(f.candRow.begin(), f.candRow.end(), 0);
+    std::fill(f.candCol.begin(), f.candCol.end(), 0);
+    f.maxAbsA = 0.0;
+    f.maxAbsU = 0.0;
+    f.nnzA = 0;
+    f.singRows.clear();
+    f.singCols.clear();
+    f.nSingRows = f.nSingCols = 0;
+    f.lastSingletonPos = -1;
+
+    // Pass 1: lengths.
+    std::vector<int> &rowCnt = f.tmpInt;
+    rowCnt.assign(m, 0);
+    slu_store_init(f.ucol, m, false);
+    int64_t total = 0;
+    for (int p = 0; p < m; p++) {
+        int *ri = nullptr;
+        double *rv = nullptr;
+        const int col = head ? head[p] : p;
+        const int len = h->cbFetch(h->cbClient, col, &ri, &rv);
+        int nz = 0;
+        for (int k = 0; k < len; k++) {
+            if (ri[k] < 0 || ri[k] >= m) return SLU_STAT_NUMERIC;
+            if (rv[k] != 0.0) nz++;
+        }
+        f.ucol.len[p] = nz;
+        f.nnzA += nz;
+        if (nz >= 2) {
+            for (int k = 0; k < len; k++)
+                if (rv[k] != 0.0) rowCnt[ri[k]]++;
+            total += nz;
+        }
+    }
+    // Storage: U rows with values, column patterns; room for fill.
+    const int spare = x.spare;
+    {
+        SLUStore &s = f.urow;
+        slu_store_init(s, m, true);
+        int64_t pos = 0;
+        for (int i = 0; i < m; i++) {
+            s.beg[i] = (int)pos;
+            s.cap[i] = rowCnt[i] + spare;
+            pos += s.cap[i];
+        }
+        s.used = (int)pos;
+        const int64_t size = pos + 2 * total + 1024;
+        s.ind.assign((size_t)size, 0);
+        s.val.assign((size_t)size, 0.0);
+    }
+    {
+        SLUStore &s = f.ucol;
+        int64_t pos = 0;
+        for (int j = 0; j < m; j++) {
+            s.beg[j] = (int)pos;
+            s.cap[j] = (s.len[j] >= 2 ? s.len[j] : 0) + spare;
+            pos += s.cap[j];
+            s.len[j] = 0;
+        }
+        s.used = (int)pos;
+        const int64_t size = pos + 2 * total + 1024;
+        s.ind.assign((size_t)size, 0);
+        s.val.clear();
+    }
+
+    // Pass 2: fill rows and patterns; pivot the column singletons on the spot.
+    double maxA = 0.0;
+    for (int p = 0; p < m; p++) {
+        int *ri = nullptr;
+        double *rv = nullptr;
+        const int col = head ? head[p] : p;
+        const int len = h->cbFetch(h->cbClient, col, &ri, &rv);
+        int nz = 0, r1 = -1;
+        double v1 = 0.0;
+        for (int k = 0; k < len; k++)
+            if (rv[k] != 0.0) {
+                nz++;
+                r1 = ri[k];
+                v1 = rv[k];
+                maxA = std::max(maxA, std::fabs(rv[k]));
+            }
+        if (nz == 0) {
+            f.colPos[p] = SLU_EMPTYCOL;
+            f.status = SLU_STAT_SINGULAR;
+            continue;
+        }
+        if (nz == 1) {
+            if (f.rowPos[r1] == SLU_UNPIVOTED) {
+                set_pivot(f, r1, p, v1);
+            } else {
+                f.colPos[p] = SLU_SINGULAR;
+                f.status = SLU_STAT_SINGULAR;
+            }
+            continue;
+        }
+        int *cind = f.ucol.ind.data() + f.ucol.beg[p];
+        int cl = 0;
+        for (int k = 0; k < len; k++) {
+            const double v = rv[k];
+            if (v == 0.0) continue;
+            const int r = ri[k];
+            const int at = f.urow.beg[r] + f.urow.len[r]++;
+            f.urow.ind[at] = p;
+            f.urow.val[at] = v;
+            cind[cl++] = r;
+        }
+        f.ucol.len[p] = cl;
+    }
+    f.maxAbsA = maxA;
+    return 0;
+}
+
+// ----- singleton phases --------------------------------------------------
+
+void rem_singleton_cols(Ctx &x) {
+    SLUFactor &f = x.f;
+    for (int k = 0; k < f.nPiv; k++) {
+        const int r = f.rowPerm[k];
+        const int rl = f.urow.len[r];
+        if (rl > 0) f.lastSingletonPos = k;
+        for (int e = 0; e < rl; e++) {
+            const int j = f.urow.ind[f.urow.beg[r] + e];
+            line_remove(f.ucol, j, r);
+            if (f.colPos[j] != SLU_UNPIVOTED) continue;
+            const int cl = f.ucol.len[j];
+            if (cl == 1) {
+                const int i = f.ucol.ind[f.ucol.beg[j]];
+                const int at = row_find(f.urow, i, j);
+                if (f.rowPos[i] != SLU_UNPIVOTED || at < 0) {
+                    f.colPos[j] = SLU_SINGULAR;
+                    f.status = SLU_STAT_SINGULAR;
+                    continue;
+                }
+                const double v = f.urow.val[at];
+                row_remove_at(f.urow, i, at);
+                f.ucol.len[j] = 0;
+                set_pivot(f, i, j, v);
+            } else if (cl == 0) {
+                f.colPos[j] = SLU_SINGULAR;
+                f.status = SLU_STAT_SINGULAR;
+            }
+        }
+    }
+    f.savedSingletonPos = f.lastSingletonPos;
+}
+
+void rem_singleton_rows(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    std::vector<int> &stack = f.listA;
+    stack.clear();
+    for (int i = 0; i < m; i++)
+        if (f.rowPos[i] == SLU_UNPIVOTED && f.urow.len[i] == 1) stack.push_back(i);
+    while (!stack.empty()) {
+        const int i = stack.back();
+        stack.pop_back();
+        if (f.rowPos[i] != SLU_UNPIVOTED || f.urow.len[i] != 1) continue;
+        const int b = f.urow.beg[i];
+        const int j = f.urow.ind[b];
+        const double v = f.urow.val[b];
+        if (f.colPos[j] != SLU_UNPIVOTED) continue;
+        f.urow.len[i] = 0;
+        set_pivot(f, i, j, v);
+        const double dv = f.dinv[i];
+        const int cb = f.ucol.beg[j], cl = f.ucol.len[j];
+        for (int e = 0; e < cl; e++) {
+            const int k = f.ucol.ind[cb + e];
+            if (k == i) continue;
+            const int at = row_find(f.urow, k, j);
+            if (at < 0) continue;
+            const double l = f.urow.val[at] * dv;
+            row_remove_at(f.urow, k, at);
+            f.Lrow.push_back(k);
+            f.Lval.push_back(l);
+            if (f.urow.len[k] == 1) stack.push_back(k);
+        }
+        f.ucol.len[j] = 0;
+        close_eta(f, i);
+    }
+}
+
+// ----- kernel ------------------------------------------------------------
+
+// Eliminate with row i the pivot row scattered in workVal/workMark (the pivot
+// column entry of row i is at column c); l = a_ic / pivot.
+void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCols) {
+    SLU *h = x.h;
+    SLUFactor &f = x.f;
+    const double eps = h->epsNonz;
+    const int at = row_find(f.urow, i, c);
+    if (at < 0) return;
+    const double l = f.urow.val[at] * dpiv;
+    row_remove_at(f.urow, i, at);
+    f.Lrow.push_back(i);
+    f.Lval.push_back(l);
+
+    char *mark = f.workMark.data();
+    const double *wv = f.workVal.data();
+    int rl = f.urow.len[i];
+    int *ind = f.urow.ind.data() + f.urow.beg[i];
+    double *val = f.urow.val.data() + f.urow.beg[i];
+    int matched = 0;
+    for (int e = 0; e < rl;) {
+        const int j = ind[e];
+        if (mark[j] == 1) {
+            const double v = val[e] - l * wv[j];
+            mark[j] = 2;
+            matched++;
+            if (std::fabs(v) <= eps) {
+                ind[e] = ind[rl - 1];
+                val[e] = val[rl - 1];
+                rl--;
+                line_remove(f.ucol, j, i);
+                continue;
+            }
+            val[e] = v;
+        }
+        e++;
+    }
+    f.urow.len[i] = rl;
+    const int fill = (int)pivCols.size() - matched;
+    if (fill > 0) {
+        slu_store_reserve(f.urow, i, fill, x.spare);
+        ind = f.urow.ind.data() + f.urow.beg[i];
+        val = f.urow.val.data() + f.urow.beg[i];
+    }
+    for (int j : pivCols) {
+        if (mark[j] == 1) {
+            const double v = -l * wv[j];
+            if (std::fabs(v) > eps) {
+                ind[rl] = j;
+                val[rl] = v;
+                rl++;
+                if (f.ucol.len[j] == f.ucol.cap[j]) slu_store_reserve(f.ucol, j, 1, x.spare);
+                f.ucol.ind[f.ucol.beg[j] + f.ucol.len[j]++] = i;
+            }
+        } else {
+            mark[j] = 1;
+        }
+    }
+    f.urow.len[i] = rl;
+    f.rowMaxAbs[i] = -1.0;
+    if (!f.candRow[i]) {
+        list_unlink(f.rowLists, i);
+        list_link(f.rowLists, x.m, i, rl);
+    }
+}
+
+// Pivot on (r, c) and eliminate the other rows of column c.
+void kern_row(Ctx &x, int r, int c) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    list_unlink(f.rowLists, r);
+    list_unlink(f.colLists, c);
+    const int at = row_find(f.urow, r, c);
+    const double piv = f.urow.val[at];
+    row_remove_at(f.urow, r, at);
+    set_pivot(f, r, c, piv);
+    const double dpiv = f.dinv[r];
+
+    std::vector<int> &pivCols = f.listA;
+    pivCols.clear();
+    {
+        const int b = f.urow.beg[r], l = f.urow.len[r];
+        for (int e = 0; e < l; e++) {
+            const int j = f.urow.ind[b + e];
+            f.workVal[j] = f.urow.val[b + e];
+            f.workMark[j] = 1;
+            pivCols.push_back(j);
+            line_remove(f.ucol, j, r);
+            list_unlink(f.colLists, j);
+        }
+    }
+    std::vector<int> &colRows = f.listB;
+    colRows.clear();
+    {
+        const int b = f.ucol.beg[c], l = f.ucol.len[c];
+        for (int e = 0; e < l; e++) {
+            const int i = f.ucol.ind[b + e];
+            if (i != r) colRows.push_back(i);
+        }
+    }
+    f.ucol.len[c] = 0;
+    for (int i : colRows) update_row(x, i, c, dpiv, pivCols);
+    close_eta(f, r);
+    for (int j : pivCols) {
+        f.workMark[j] = 0;
+        f.workVal[j] = 0.0;
+        if (!f.candCol[j]) list_link(f.colLists, m, j, f.ucol.len[j]);
+    }
+}
+
+// Row test: best column of row r for the threshold; returns column or -1.
+int pick_by_row(Ctx &x, int r, int k, int *cnt) {
+    SLUFactor &f = x.f;
+    const double bound = std::max(x.h->pivRelNow * row_max(f, r), x.h->epsPivAbs);
+    const int b = f.urow.beg[r];
+    int best = INT_MAX, bestc = -1;
+    for (int e = f.urow.len[r] - 1; e >= 0; e--) {
+        const int j = f.urow.ind[b + e];
+        if (f.candCol[j]) continue;
+        const int cc = f.ucol.len[j];
+        if (cc < best && std::fabs(f.urow.val[b + e]) >= bound) {
+            best = cc;
+            bestc = j;
+            if (best <= k) break;
+        }
+    }
+    *cnt = best;
+    return bestc;
+}
+
+// Column test: best row of column c; returns row or -1.
+int pick_by_col(Ctx &x, int c, int k, int *cnt) {
+    SLUFactor &f = x.f;
+    const int b = f.ucol.beg[c];
+    int best = INT_MAX, besti = -1;
+    for (int e = f.ucol.len[c] - 1; e >= 0; e--) {
+        const int i = f.ucol.ind[b + e];
+        if (f.candRow[i]) continue;
+        const int rc = f.urow.len[i];
+        if (rc >= best) continue;
+        const int at = row_find(f.urow, i, c);
+        if (at < 0) continue;
+        const double a = std::fabs(f.urow.val[at]);
+        if (a >= std::max(x.h->pivRelNow * row_max(f, i), x.h->epsPivAbs)) {
+            best = rc;
+            besti = i;
+            if (best <= k) break;
+        }
+    }
+    *cnt = best;
+    return besti;
+}
+
+void add_candidate(Ctx &x, int r, int c, int64_t merit) {
+    SLUFactor &f = x.f;
+    f.candRow[r] = 1;
+    f.candCol[c] = 1;
+    list_unlink(f.rowLists, r);
+    list_unlink(f.colLists, c);
+    auto &L = f.candList;
+    size_t pos = L.size();
+    while (pos > 0 && L[pos - 1].merit > merit) pos--;
+    L.insert(L.begin() + pos, SLUCand{r, c, merit});
+}
+
+void pickz_pivots(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    f.candList.clear();
+    const int remaining = m - f.nPiv;
+    const int want = std::max(1, std::min(x.h->numCandits, remaining - 1));
+    int k = 2;
+    while (k <= remaining && (int)f.candList.size() < want) {
+        const int r = list_first(f.rowLists, m, k);
+        if (r >= 0) {
+            int cnt = 0;
+            const int c = pick_by_row(x, r, k, &cnt);
+            if (c >= 0) {
+                add_candidate(x, r, c, (int64_t)(k - 1) * (cnt - 1));
+                continue;
+            }
+        }
+        const int c = list_first(f.colLists, m, k);
+        if (c >= 0) {
+            int cnt = 0;
+            const int i = pick_by_col(x, c, k, &cnt);
+            if (i >= 0) {
+                add_candidate(x, i, c, (int64_t)(k - 1) * (cnt - 1));
+                continue;
+            }
+        }
+        k++;
+    }
+}
+
+void do_kern(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    lists_init(f.rowLists, m);
+    lists_init(f.colLists, m);
+    for (int i = 0; i < m; i++)
+        if (f.rowPos[i] == SLU_UNPIVOTED) {
+            if (f.urow.len[i] == 0) f.status = SLU_STAT_SINGULAR;
+            list_link(f.rowLists, m, i, f.urow.len[i]);
+        }
+    for (int j = 0; j < m; j++)
+        if (f.colPos[j] == SLU_UNPIVOTED) {
+            if (f.ucol.len[j] == 0) f.status = SLU_STAT_SINGULAR;
+            list_link(f.colLists, m, j, f.ucol.len[j]);
+        }
+    while (f.nPiv < m) {
+        int r = list_first(f.rowLists, m, 1);
+        if (r >= 0) {
+            kern_row(x, r, f.urow.ind[f.urow.beg[r]]);
+            continue;
+        }
+        int c = list_first(f.colLists, m, 1);
+        if (c >= 0) {
+            kern_row(x, f.ucol.ind[f.ucol.beg[c]], c);
+            continue;
+        }
+        pickz_pivots(x);
+        if (f.candList.empty()) break;
+        for (size_t q = 0; q < f.candList.size(); q++) {
+            const SLUCand cd = f.candList[q];
+            f.candRow[cd.row] = 0;
+            f.candCol[cd.col] = 0;
+            const int at = row_find(f.urow, cd.row, cd.col);
+            bool ok = at >= 0;
+            if (ok && q > 0) {
+                const double a = std::fabs(f.urow.val[at]);
+                ok = a >= std::max(x.h->pivRelNow * row_max(f, cd.row), x.h->epsPivAbs);
+            }
+            if (ok) {
+                kern_row(x, cd.row, cd.col);
+            } else {
+                list_link(f.rowLists, m, cd.row, f.urow.len[cd.row]);
+                list_link(f.colLists, m, cd.col, f.ucol.len[cd.col]);
+            }
+        }
+        f.candList.clear();
+    }
+}
+
+// ----- final assembly ----------------------------------------------------
+
+int finish_factor(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    f.nLfactor = f.nL;
+    f.LrowPos = f.rowPos;
+    f.LrowPerm = f.rowPerm;
+    // Row-wise copy of L.
+    f.LRbeg.assign(m + 1, 0);
+    const int nzL = f.Lbeg[f.nL];
+    for (int k = 0; k < nzL; k++) f.LRbeg[f.Lrow[k] + 1]++;
+    for (int i = 0; i < m; i++) f.LRbeg[i + 1] += f.LRbeg[i];
+    if (f.LRbeg[m] != nzL) return SLU_STAT_NUMERIC;
+    f.LRpiv.resize(nzL);
+    f.LRval.resize(nzL);
+    {
+        std::vector<int> &next = f.tmpInt;
+        next.assign(f.LRbeg.begin(), f.LRbeg.end() - 1);
+        for (int e = 0; e < f.nL; e++) {
+            const int r = f.Lpiv[e];
+            for (int k = f.Lbeg[e]; k < f.Lbeg[e + 1]; k++) {
+                const int at = next[f.Lrow[k]]++;
+                f.LRpiv[at] = r;
+                f.LRval[at] = f.Lval[k];
+            }
+        }
+    }
+    // U by columns with values, entries in pivot order (last pivot first).
+    double maxU = 0.0;
+    SLUStore &uc = f.ucol;
+    SLUStore &ur = f.urow;
+    std::fill(uc.len.begin(), uc.len.end(), 0);
+    int64_t nnzU = 0;
+    for (int i = 0; i < m; i++) {
+        const int b = ur.beg[i];
+        for (int e = 0; e < ur.len[i]; e++) uc.len[ur.ind[b + e]]++;
+        nnzU += ur.len[i];
+    }
+    int64_t pos = 0;
+    for (int j = 0; j < m; j++) {
+        uc.beg[j] = (int)pos;
+        uc.cap[j] = uc.len[j] + x.spare;
+        pos += uc.cap[j];
+        uc.len[j] = 0;
+    }
+    uc.used = (int)pos;
+    const int64_t size = pos + nnzU / 2 + 1024;
+    uc.ind.assign((size_t)size, 0);
+    uc.val.assign((size_t)size, 0.0);
+    for (int k = m - 1; k >= 0; k--) {
+        const int r = f.rowPerm[k];
+        maxU = std::max(maxU, std::fabs(f.dinv[r]));
+        const int b = ur.beg[r];
+        for (int e = 0; e < ur.len[r]; e++) {
+            const int j = ur.ind[b + e];
+            const double v = ur.val[b + e];
+            maxU = std::max(maxU, std::fabs(v));
+            const int at = uc.beg[j] + uc.len[j]++;
+            uc.ind[at] = r;
+            uc.val[at] = v;
+        }
+    }
+    for (int k = 0; k < nzL; k++) maxU = std::max(maxU, std::fabs(f.Lval[k]));
+    ur.nnz = nnzU;
+    uc.nnz = nnzU;
+    f.maxAbsU = maxU;
+    f.spSize = nnzU + m;
+    return 0;
+}
+
+void list_singular(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    f.singRows.clear();
+    f.singCols.clear();
+    for (int i = 0; i < m; i++)
+        if (f.rowPos[i] < 0) {
+            f.rowPos[i] = SLU_SINGULAR;
+            f.singRows.push_back(i);
+        }
+    for (int j = 0; j < m; j++)
+        if (f.colPos[j] < 0) {
+            if (f.colPos[j] != SLU_EMPTYCOL) f.colPos[j] = SLU_SINGULAR;
+            f.singCols.push_back(j);
+        }
+    f.nSingRows = (int)f.singRows.size();
+    f.nSingCols = (int)f.singCols.size();
+    if (f.nSingRows == 0 && f.nSingCols == 0) f.status = SLU_STAT_OK;
+}
+
+}  // namespace
+
+int slu_refactor(SLU *h, const int *basisHead) {
+    try {
+        slu_alloc_work(h);
+        SLUFactor &f = *h->work;
+        Ctx x{h, f, h->m, std::max(h->memExp, 0)};
+        int rc = init_factor(x, basisHead);
+        if (rc != 0) {
+            f.status = rc;
+            return rc;
+        }
+        rem_singleton_cols(x);
+        rem_singleton_rows(x);
+        if (f.nPiv < x.m) do_kern(x);
+        if (f.nPiv < x.m) {
+            f.status = SLU_STAT_SINGULAR;
+            f.nLfactor = f.nL;
+            list_singular(x);  // nPiv < m: both lists are nonempty
+            return f.status;
+        }
+        f.status = SLU_STAT_OK;
+        rc = finish_factor(x);
+        if (rc != 0) f.status = rc;
+        return f.status;
+    } catch (...) {
+        if (h->work) h->work->status = SLU_STAT_MEMORY;
+        return SLU_STAT_MEMORY;
+    }
+}

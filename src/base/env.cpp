@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/kx.h"
+#include "base/outside.h"
 
 namespace {
 
@@ -98,6 +99,8 @@ extern "C" KX_API int KXdeleteEnv(pEnv *ppEnv) {
       int rc = KXdeleteModel(&m);
       if (rc != 0) return rc;
     }
+    // The outside solver's own destructor runs before its table is freed.
+    KXdeleteExternalSolver(env);
     free_env_record(env);
     *ppEnv = nullptr;
     return 0;

@@ -21,9 +21,6 @@ KXtime kx_now();
 struct CutPool {
   int nCuts;
 };
-struct StocPam {
-  int unused;
-};
 struct StocState {
   int unused;
 };
@@ -133,6 +130,8 @@ struct KXmodel_s {
   void *logData;
   void *mipCbFunc;
   void *mipCbData;
+  void *gopCbFunc;  // set by KXsetGOPCallback
+  void *gopCbData;
   int lastError;
   int modelState;
   Sol *sol;
@@ -162,14 +161,10 @@ struct KXmodel_s {
   IISInfo *ius;
   void *bindingHandles;
 
-  // Model-level parameter fields.
-  double objPrintMul;
-  int solReportStyle;
-  int instructLoadType;
-  int stringLenLmt;
-  int useNameData;
-  int decompositionType;
-  double cutoffVal;
+  // Model-level parameter fields (ids 24, 27, 38, 39, 42, 43, 53; 22 is objSense
+  // below), generated from the parameter registry.
+#define KXP_MODEL KXP_FIELD
+#include "base/param_rows.def"
 
   // Scale factors of the sizes (kept for reports).
   double rowScaleFactor, colScaleFactor, nnzScaleFactor;

@@ -45,11 +45,7 @@ int KXinitializeModel(Model *model) {
   model->objSense = 1;
   model->rowScaleFactor = model->colScaleFactor = model->nnzScaleFactor = 1.0;
   model->solveStart = model->lastCallback = kx_now();
-  model->objPrintMul = 1.0;
-  model->stringLenLmt = 20;
-  model->useNameData = 1;
-  model->decompositionType = 1;
-  model->cutoffVal = -1e30;
+  kxp_init_model_fields(model);
   model->cutPool = static_cast<CutPool *>(std::calloc(1, sizeof(CutPool)));
   return model->cutPool ? 0 : kx::kErrMemory;
 }
@@ -116,7 +112,7 @@ int kxi_clear_model(Model *model) {
   model->bindingHandles = nullptr;
   kxi_free_solver_memory(model);
   if (model->cutPool) std::memset(model->cutPool, 0, sizeof(CutPool));
-  if (model->stocPam) std::memset(model->stocPam, 0, sizeof(StocPam));
+  if (model->stocPam) kxp_init_stoc_pam(model);  // stochastic settings back to defaults
   if (model->stocState) std::memset(model->stocState, 0, sizeof(StocState));
   if (model->instr) {
     std::free(model->instr->code);
@@ -178,6 +174,7 @@ extern "C" KX_API pModel KXcreateModel(pEnv env, int *pnErrorcode) {
       m->stocPam = static_cast<StocPam *>(std::calloc(1, sizeof(StocPam)));
       m->stocState = static_cast<StocState *>(std::calloc(1, sizeof(StocState)));
       if (!m->stocPam || !m->stocState) rc = kx::kErrMemory;
+      else kxp_init_stoc_pam(m);
     }
     if (rc != 0) {
       if (node) {

@@ -1,0 +1,20 @@
+NAME m
+OBJSENSE
+ MAX
+ROWS
+ N obj
+ G c
+COLUMNS
+ M1 'MARKER' 'INTORG'
+ x obj 1 c 1
+ M2 'MARKER' 'INTEND'
+ S1 SET1 'MARKER' 'SOSORG'
+ y c 1
+ z c 1
+ SET1 'MARKER' 'SOSEND'
+BOUNDS
+ BV b y
+ SC b z 5
+ LI b x 1
+ UI b x 9
+ENDATA

@@ -1,4 +1,4 @@
-/* A first program: load a small linear program and read it back.
+/* A first program: load a small linear program, solve it and read the answer.
  *
  *   max 2x + 3y
  *   s.t.  x +  y <= 4
@@ -52,6 +52,20 @@ int main(void) {
       char text[1024];
       KXgetErrorMessage(env, rc, text);
       printf("no solution yet: %s\n", text);
+    }
+    int status = 0;
+    err = KXoptimize(model, KX_METHOD_FREE, &status);
+    if (err) {
+      report(env, "KXoptimize", err);
+    } else if (status != KX_STATUS_BASIC_OPTIMAL) {
+      printf("model status %d\n", status);
+    } else {
+      double obj = 0.0, y[2];
+      KXgetObjective(model, &obj);
+      KXgetPrimalSolution(model, x);
+      KXgetDualSolution(model, y);
+      printf("optimal objective %g at x = %g, y = %g (row duals %g, %g)\n", obj, x[0], x[1], y[0],
+             y[1]);
     }
   }
   KXdeleteModel(&model);

@@ -97,7 +97,12 @@ int timelapsed(Model *model, KXtime start, int location, int forced, double limi
         second = model->parent->cbFunc;
         owner = model->parent;
       }
-      if (second) stop |= second(owner, location, owner->cbData) != 0;
+      if (second) {
+        const int was = owner->inCallback;
+        owner->inCallback = owner->cbLevel ? owner->cbLevel : 1;
+        stop |= second(owner, location, owner->cbData) != 0;
+        owner->inCallback = was;
+      }
     }
     model->lastCallback = now;
     if (stop) return -1;

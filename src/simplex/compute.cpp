@@ -1,0 +1,204 @@
+// compute.cpp - solves with the basis, values of the basic variables, duals and
+// reduced costs from scratch, the pivot row, and measures of the point.
+#include <cmath>
+
+#include "simplex/glp.h"
+
+namespace {
+
+int lu_code(int rc) { return rc == KXI_LU_ERR_MEMORY ? SPX_NOMEM : (rc ? SPX_NUMERIC : 0); }
+
+constexpr double kDropRow = 1e-12;  // pivot row entries below this are dropped
+
+}  // namespace
+
+int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save) {
+  SLUVec a = in.as_slu(), b = out.as_slu();
+  const int rc = KXI_lu_ftran(g->lu, &a, &b, save);
+  out.count = b.count;
+  // The engine leaves a listed input's values in place: clear them.
+  if (in.count >= 0) {
+    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
+    in.count = 0;
+  } else {
+    in.clear(g->m);
+  }
+  return lu_code(rc);
+}
+
+int spx_btran(GLP *g, SpxVec &in, SpxVec &out) {
+  SLUVec a = in.as_slu(), b = out.as_slu();
+  const int rc = KXI_lu_btran(g->lu, &a, &b);
+  out.count = b.count;
+  if (in.count >= 0) {
+    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
+    in.count = 0;
+  } else {
+    in.clear(g->m);
+  }
+  return lu_code(rc);
+}
+
+void spx_load_column(const GLP *g, int j, SpxVec &v) {
+  if (j >= g->n) {
+    const int i = j - g->n;
+    v.ind[0] = i;
+    v.val[i] = 1.0;
+    v.count = 1;
+    return;
+  }
+  int c = 0;
+  for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++) {
+    const int i = g->rowInd[k];
+    v.ind[c++] = i;
+    v.val[i] = g->colVal[k];
+  }
+  v.count = c;
+}
+
+int spx_compute_xb(GLP *g) {
+  const int m = g->m, n = g->n;
+  SpxVec &in = g->work, &out = g->work2;
+  in.clear(m);
+  out.clear(m);
+  double *r = in.val.data();
+  for (int i = 0; i < m; i++) r[i] = g->rhs1[i];
+  for (int j = 0; j < n; j++) {
+    if (g->cbas[j] >= 0) continue;
+    const double xj = g->x[j];
+    if (xj == 0.0) continue;
+    for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++) r[g->rowInd[k]] -= g->colVal[k] * xj;
+  }
+  for (int i = 0; i < m; i++)
+    if (g->cbas[n + i] < 0) r[i] -= g->x[n + i];
+  in.count = -1;
+  out.count = -1;
+  int rc = spx_ftran(g, in, out, 0);
+  if (rc) return rc;
+  if (out.count < 0) {
+    for (int p = 0; p < m; p++) g->x[g->rbas[p]] = out.val[p];
+  } else {
+    for (int p = 0; p < m; p++) g->x[g->rbas[p]] = out.val[p];
+  }
+  out.clear(m);
+  return 0;
+}
+
+int spx_compute_duals(GLP *g, const std::vector<double> &cost) {
+  const int m = g->m, n = g->n;
+  SpxVec &in = g->work, &out = g->work2;
+  in.clear(m);
+  out.clear(m);
+  for (int p = 0; p < m; p++) in.val[p] = cost[g->rbas[p]];
+  in.count = -1;
+  out.count = -1;
+  int rc = spx_btran(g, in, out);
+  if (rc) return rc;
+  for (int i = 0; i < m; i++) g->y[i] = out.val[i];
+  out.clear(m);
+  const double *y = g->y.data();
+  for (int j = 0; j < n; j++) {
+    if (g->cbas[j] >= 0) {
+      g->rdc[j] = 0.0;
+      continue;
+    }
+    double d = cost[j];
+    for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++) d -= y[g->rowInd[k]] * g->colVal[k];
+    g->rdc[j] = d;
+  }
+  for (int i = 0; i < m; i++) g->rdc[n + i] = g->cbas[n + i] >= 0 ? 0.0 : cost[n + i] - y[i];
+  return 0;
+}
+
+void spx_pivot_row(GLP *g, const SpxVec &rho) {
+  const int m = g->m, n = g->n;
+  SpxVec &row = g->pivrow;
+  row.clear(g->nm);
+  double *v = row.val.data();
+  int *ind = row.ind.data();
+  int cnt = 0;
+  const int *cbas = g->cbas.data();
+  // Work of the row-wise product against the column-wise one.
+  bool rowwise = rho.count >= 0;
+  if (rowwise) {
+    int64_t work = 0;
+    for (int k = 0; k < rho.count; k++) {
+      const int i = rho.ind[k];
+      work += g->rowBeg[i + 1] - g->rowBeg[i];
+    }
+    if (work > 0.3 * static_cast<double>(g->colBeg[n])) rowwise = false;
+  }
+  if (rowwise) {
+    char *mk = g->mark.data();
+    for (int k = 0; k < rho.count; k++) {
+      const int i = rho.ind[k];
+      const double r = rho.val[i];
+      if (r == 0.0) continue;
+      for (int e = g->rowBeg[i]; e < g->rowBeg[i + 1]; e++) {
+        const int j = g->rowCol[e];
+        if (cbas[j] >= 0) continue;
+        if (!mk[j]) {
+          mk[j] = 1;
+          ind[cnt++] = j;
+        }
+        v[j] += r * g->rowVal[e];
+      }
+      if (cbas[n + i] < 0) {
+        mk[n + i] = 1;
+        ind[cnt++] = n + i;
+        v[n + i] = r;
+      }
+    }
+    int c2 = 0;
+    for (int k = 0; k < cnt; k++) {
+      const int j = ind[k];
+      mk[j] = 0;
+      if (std::fabs(v[j]) > kDropRow) ind[c2++] = j;
+      else v[j] = 0.0;
+    }
+    row.count = c2;
+    return;
+  }
+  const double *r = rho.val.data();
+  for (int j = 0; j < n; j++) {
+    if (cbas[j] >= 0) continue;
+    double s = 0.0;
+    for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++) s += r[g->rowInd[k]] * g->colVal[k];
+    if (std::fabs(s) > kDropRow) {
+      v[j] = s;
+      ind[cnt++] = j;
+    }
+  }
+  for (int i = 0; i < m; i++)
+    if (cbas[n + i] < 0 && std::fabs(r[i]) > kDropRow) {
+      v[n + i] = r[i];
+      ind[cnt++] = n + i;
+    }
+  row.count = cnt;
+}
+
+double spx_primal_infeas(GLP *g, int *count, double *maxv) {
+  double sum = 0.0, mx = 0.0;
+  int c = 0;
+  for (int p = 0; p < g->m; p++) {
+    const int j = g->rbas[p];
+    const double v = g->x[j];
+    double e = 0.0;
+    if (v < g->clb[j] - g->reps) e = g->clb[j] - v;
+    else if (v > g->cub[j] + g->reps) e = v - g->cub[j];
+    if (e > 0) {
+      c++;
+      sum += e;
+      if (e > mx) mx = e;
+    }
+  }
+  if (count) *count = c;
+  if (maxv) *maxv = mx;
+  return sum;
+}
+
+double spx_objective(const GLP *g) {
+  double s = 0.0;
+  for (int j = 0; j < g->n; j++) s += g->objv[j] * g->x[j];
+  return s;
+}

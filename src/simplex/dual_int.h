@@ -1,0 +1,101 @@
+// dual_int.h - the working record of one dual simplex run, shared by the dual's
+// files (dual.cpp, dual_pricing.cpp, dual_ratio.cpp) and by nothing else.
+//
+// Conventions.  Variable j in 0..n+m-1 is nonbasic at its lower bound (cbas -1),
+// its upper bound (-2) or free at zero (-3); a fixed variable is held at -1 and
+// never enters.  x_B = B^-1 (b - N x_N).  A pivot on position r with entering
+// column q moves the reduced costs by d_j -= theta * alpha_rj, where alpha_r is
+// row r of B^-1 N (g->pivrow) and theta = d_q / alpha_rq.  A leaving variable
+// below its lower bound has s = -1 (theta <= 0), above its upper bound s = +1.
+#pragma once
+
+#include <cmath>
+#include <vector>
+
+#include "simplex/glp.h"
+
+namespace dual {
+
+// Pricing modes after the parameter has been read.
+enum : int { DP_DANTZIG = 0, DP_STEEPEST = 1, DP_DEVEX = 3, DP_ROWCOUNT = 4 };
+
+struct Cand {
+  int j;
+  double ratio;   // d_j / |alpha| in the feasible orientation (>= 0 up to the tolerance)
+  double harris;  // (d_j + tol) / |alpha|
+  double absAlpha;
+  double range;   // ub - lb, or infinity
+};
+
+struct Work {
+  GLP *g = nullptr;
+  int m = 0, n = 0, nm = 0;
+  int phase = 2;          // 1: the auxiliary box problem, 2: the true bounds
+  int pricing = DP_STEEPEST;
+  bool longStep = true;   // bound-flipping ratio test
+  std::vector<double> cost;    // objv plus shifts and perturbation
+  std::vector<double> infeas;  // by position: squared violation, 0 when within reps
+  std::vector<double> trueLb, trueUb, trueRhs;  // kept while phase 1 runs
+  std::vector<char> rowRej;    // positions refused until the next factorisation
+  int nRowRej = 0;
+  std::vector<Cand> cands;
+  std::vector<double> sufHarris;
+  std::vector<int> flipList;   // columns flipped by the last ratio test
+  SpxVec tau;                  // B^-1 rho for the steepest-edge update
+  SpxVec dcol;                 // the column of the flips, then its FTRAN
+  int sinceFactor = 0;         // updates since the last factorisation
+  bool perturbed = false;      // cost perturbation in place
+  bool shifted = false;        // cost shifts made by the ratio test or a check
+  int pertRemovals = 0;
+  int consecDegen = 0;
+  int noProgressChecks = 0;
+  double lastObj = -1e300;
+  double alphaTol = 1e-9;
+  bool factorFresh = false;
+  int tightenings = 0;       // rounds of tolerance tightening at the end  // the next refresh may skip the factorisation
+};
+
+inline bool has_lo(const GLP *g, int j) { return g->clb[j] > -g->infin; }
+inline bool has_up(const GLP *g, int j) { return g->cub[j] < g->infin; }
+inline bool is_fixed(const GLP *g, int j) { return g->clb[j] == g->cub[j]; }
+
+// Squared violation of the basic variable j, 0 when within the tolerance.
+inline double violation2(const GLP *g, int j) {
+  const double v = g->x[j];
+  if (v < g->clb[j] - g->reps) {
+    const double e = g->clb[j] - v;
+    return e * e;
+  }
+  if (v > g->cub[j] + g->reps) {
+    const double e = v - g->cub[j];
+    return e * e;
+  }
+  return 0.0;
+}
+
+// Visit the entries of a vector that may be dense (count -1) or listed.
+template <class F>
+inline void for_each(const SpxVec &v, int len, F &&f) {
+  if (v.count < 0) {
+    for (int i = 0; i < len; i++)
+      if (v.val[i] != 0.0) f(i, v.val[i]);
+  } else {
+    for (int k = 0; k < v.count; k++) f(v.ind[k], v.val[v.ind[k]]);
+  }
+}
+
+// dual_pricing.cpp
+void init_weights(Work &w, bool exact);
+int choose_row(Work &w);  // position of the leaving variable, or -1
+// Weights after a pivot on r with column g->pivcol, BTRAN norm beta = g->pivnorm
+// and tau = B^-1 rho (steepest edge only).
+void update_weights(Work &w, int r, double alphaR);
+
+// dual_ratio.cpp
+// Choose the entering column for leaving position r, sign s and primal
+// infeasibility delta > 0.  Returns q or -1 (no candidate: a dual ray when no
+// column was flipped either).  *t receives the dual step (>= 0) and w.flipList
+// the columns passed.
+int ratio_test(Work &w, int s, double delta, double *t);
+
+}  // namespace dual

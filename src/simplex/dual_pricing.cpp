@@ -1,0 +1,131 @@
+// dual_pricing.cpp - choice of the leaving row of the dual simplex and the row
+// weights: dual steepest edge (exact weights ||e_r B^-1||^2, updated with the
+// extra FTRAN of the BTRAN result), a devex-like approximation, the row-count
+// weights, or none (largest infeasibility).
+#include <algorithm>
+#include <cmath>
+
+#include "simplex/dual_int.h"
+
+namespace dual {
+
+namespace {
+
+constexpr double kMinWeight = 1e-4;
+
+}  // namespace
+
+void init_weights(Work &w, bool exact) {
+  GLP *g = w.g;
+  const int m = g->m, n = g->n;
+  g->dwts.assign(m, 1.0);
+  if (w.pricing == DP_ROWCOUNT) {
+    // Entries of each basic variable's row in the row form of A, plus its logical.
+    for (int p = 0; p < m; p++) {
+      const int j = g->rbas[p];
+      const int i = j >= n ? j - n : -1;
+      g->dwts[p] = i >= 0 ? 1.0 + (g->rowBeg[i + 1] - g->rowBeg[i]) : 1.0;
+    }
+  } else if (w.pricing == DP_STEEPEST && exact) {
+    bool allLogical = true;
+    for (int p = 0; p < m && allLogical; p++)
+      if (g->rbas[p] < n) allLogical = false;
+    if (!allLogical) {
+      // One BTRAN per row.
+      SpxVec &e = g->work, &rho = g->work2;
+      e.clear(m);
+      rho.clear(m);
+      for (int p = 0; p < m; p++) {
+        e.ind[0] = p;
+        e.val[p] = 1.0;
+        e.count = 1;
+        if (spx_btran(g, e, rho) != 0) {
+          rho.clear(m);
+          g->dwts.assign(m, 1.0);
+          break;
+        }
+        double s = 0.0;
+        for_each(rho, m, [&](int, double v) { s += v * v; });
+        g->dwts[p] = std::max(s, kMinWeight);
+        rho.clear(m);
+      }
+    }
+  }
+  g->dwtsHead = g->rbas;
+}
+
+int choose_row(Work &w) {
+  GLP *g = w.g;
+  const int m = g->m;
+  const double *inf = w.infeas.data();
+  const double *wt = g->dwts.data();
+  const char *rej = w.rowRej.data();
+  int best = -1;
+  double bestScore = 0.0;
+  if (w.pricing == DP_DANTZIG) {
+    for (int p = 0; p < m; p++) {
+      const double v = inf[p];
+      if (v > bestScore && !rej[p]) {
+        bestScore = v;
+        best = p;
+      }
+    }
+    return best;
+  }
+  for (int p = 0; p < m; p++) {
+    const double v = inf[p];
+    if (v == 0.0) continue;
+    if (v > bestScore * wt[p] && !rej[p]) {
+      bestScore = v / wt[p];
+      best = p;
+    }
+  }
+  return best;
+}
+
+void update_weights(Work &w, int r, double alphaR) {
+  GLP *g = w.g;
+  const int m = g->m;
+  double *wt = g->dwts.data();
+  const double beta = g->pivnorm;
+  const SpxVec &col = g->pivcol;
+  switch (w.pricing) {
+    case DP_STEEPEST: {
+      const SpxVec &tau = w.tau;
+      const double *tv = tau.val.data();
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        const double k = a / alphaR;
+        double nw = wt[p] + k * (k * beta - 2.0 * tv[p]);
+        // The new row is rho_p - k rho_r; its norm is at least k^2 times the
+        // part of rho_r outside rho_p, which the floor stands for.
+        wt[p] = std::max(nw, kMinWeight);
+      });
+      wt[r] = std::max(beta / (alphaR * alphaR), kMinWeight);
+      break;
+    }
+    case DP_DEVEX: {
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        const double k = a / alphaR;
+        wt[p] = std::max(wt[p], beta * k * k);
+        if (wt[p] < 1e-8) wt[p] = 1.00000001;
+      });
+      wt[r] = std::max(1.0, beta / (alphaR * alphaR));
+      break;
+    }
+    case DP_ROWCOUNT: {
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        const double k = a / alphaR;
+        wt[p] = std::max(wt[p], beta * k * k - 2.0 * a * a);
+        if (wt[p] < kMinWeight) wt[p] = kMinWeight;
+      });
+      wt[r] = std::max(wt[r], beta / (alphaR * alphaR));
+      break;
+    }
+    default: break;
+  }
+}
+
+}  // namespace dual

@@ -1,0 +1,158 @@
+// pricing.cpp - choice of the entering column (devex, or partial Dantzig scans
+// for models with many more columns than rows), the update of the reduced costs
+// and devex weights after a pivot, and the switch between the two modes.
+#include <cmath>
+
+#include "simplex/glp.h"
+
+void devex_reset(GLP *g) {
+  for (int j = 0; j < g->nm; j++) {
+    g->devexw[j] = 1.0;
+    g->devexRef[j] = g->cbas[j] < 0 ? 1 : 0;
+  }
+}
+
+namespace {
+
+// Dual infeasibility of a nonbasic column, signed so that the entering
+// direction is +1 when positive: returns the violation, sets *dir.
+inline double dual_viol(const GLP *g, int j, int *dir) {
+  const double d = g->rdc[j];
+  const double tol = g->ceps;
+  switch (g->cbas[j]) {
+    case -1:
+      if (d < -tol && g->cub[j] > g->clb[j]) {
+        *dir = 1;
+        return -d;
+      }
+      return 0.0;
+    case -2:
+      if (d > tol && g->cub[j] > g->clb[j]) {
+        *dir = -1;
+        return d;
+      }
+      return 0.0;
+    case -3:
+    case -4:
+      if (d < -tol) {
+        *dir = 1;
+        return -d;
+      }
+      if (d > tol) {
+        *dir = -1;
+        return d;
+      }
+      return 0.0;
+    default:
+      return 0.0;
+  }
+}
+
+// Best column over [from, to): largest violation squared over its weight.
+int scan_range(GLP *g, int from, int to, double *best) {
+  int q = -1;
+  double b = *best;
+  const double *w = g->devexw.data();
+  const char *rej = g->rejected.data();
+  const int *cbas = g->cbas.data();
+  const bool devex = g->pricing == 2;
+  for (int j = from; j < to; j++) {
+    if (cbas[j] >= 0 || rej[j]) continue;
+    int dir;
+    const double v = dual_viol(g, j, &dir);
+    if (v == 0.0) continue;
+    // Free columns go first: they never leave again.
+    double s = devex ? v * v / w[j] : v;
+    if (cbas[j] == -3) s *= 1e3;
+    if (s > b) {
+      b = s;
+      q = j;
+    }
+  }
+  *best = b;
+  return q;
+}
+
+}  // namespace
+
+int pgetpj(GLP *g) {
+  while (g->nforced > 0) {
+    const int j = g->forced[--g->nforced];
+    int dir;
+    if (g->cbas[j] < 0 && dual_viol(g, j, &dir) > 0) return j;
+  }
+  const int nm = g->nm;
+  double best = 0.0;
+  if (g->pricing == 2 || nm < 4 * g->m || nm < 2000) {
+    return scan_range(g, 0, nm, &best);
+  }
+  // Partial scans: windows of a few multiples of m columns starting where the
+  // last scan ended; a window that finds nothing widens to the whole range.
+  const int w = std::max(g->m, 1000) * 3;
+  int start = g->scanStart % nm;
+  int q = -1;
+  int scanned = 0;
+  while (scanned < nm) {
+    const int len = std::min(w, nm - scanned);
+    const int end = start + len;
+    if (end <= nm) {
+      q = scan_range(g, start, end, &best);
+    } else {
+      const int q1 = scan_range(g, start, nm, &best);
+      const int q2 = scan_range(g, 0, end - nm, &best);
+      q = q2 >= 0 ? q2 : q1;
+    }
+    scanned += len;
+    start = end % nm;
+    if (q >= 0) break;
+  }
+  g->scanStart = start;
+  return q;
+}
+
+void pupdrdc(GLP *g, int q, int r, double alphaq, int leave) {
+  (void)r;
+  const SpxVec &row = g->pivrow;
+  const double thetad = g->rdc[q] / alphaq;
+  double *rdc = g->rdc.data();
+  const double *a = row.val.data();
+  const bool devex = g->pricing == 2;
+  const double wq = g->devexw[q];
+  double *w = g->devexw.data();
+  const double wscale = wq / (alphaq * alphaq);
+  for (int k = 0; k < row.count; k++) {
+    const int j = row.ind[k];
+    const double aj = a[j];
+    rdc[j] -= thetad * aj;
+    if (devex) {
+      const double nw = aj * aj * wscale;
+      if (nw > w[j]) w[j] = nw;
+    }
+  }
+  rdc[q] = 0.0;
+  rdc[leave] = -thetad;
+  w[leave] = std::max(wscale, 1.0);
+}
+
+void pckstp(GLP *g) {
+  // Devex pays off on all but the widest models: switch to partial scans only
+  // when the model is very wide and the iterations are mostly degenerate.
+  const double iters = g->iter - g->olditer;
+  if (iters <= 0) return;
+  const double deg = g->ndeg - g->olddeg;
+  if (g->ppricing == 0) {
+    g->pricing = 0;
+  } else if (g->ppricing == -1) {
+    const bool wide = g->n > 20 * g->m;
+    if (g->pricing == 2 && wide && deg / iters < 0.2) {
+      spx_debug(g, 2, "Switch to partial\n");
+      g->pricing = 0;
+    } else if (g->pricing == 0 && (!wide || deg / iters > 0.5)) {
+      spx_debug(g, 2, "Switch to devex\n");
+      devex_reset(g);
+      g->pricing = 2;
+    }
+  }
+  g->olditer = g->iter;
+  g->olddeg = g->ndeg;
+}

@@ -1,0 +1,73 @@
+// netlib_dual_common.h - one dual-simplex solve of a netlib model with chosen
+// parameters, checked against the manifest and the optimality conditions.
+#pragma once
+
+#include "simplex/netlib_support.h"
+
+namespace kxtest {
+
+struct DualRun {
+  int status = 0;
+  double iters = 0;
+};
+
+// Read a netlib model into a fresh model of em; false when it cannot be read.
+inline bool read_netlib(EnvModel &em, const NetlibCase &c) {
+  const std::string path = data_dir() + "/netlib/" + c.set + "/" + c.name + ".mps.gz";
+  int rc = KXreadMPSFile(em.model, path.c_str(), KX_MPS_FIXED);
+  if (rc == KXERR_BAD_MPS_FILE) {
+    KXclearModel(em.model);
+    rc = KXreadMPSFile(em.model, path.c_str(), KX_MPS_FREE);
+  }
+  EXPECT_EQ(rc, 0) << path;
+  KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+  return rc == 0;
+}
+
+inline double iterations(pModel model) {
+  int it = 0;
+  KXgetInfo(model, KX_IINFO_SIM_ITER, &it);
+  return it;
+}
+
+// Check an optimal answer of a feasible model against its manifest optimum.
+inline void check_netlib_optimum(pModel model, const NetlibCase &c, const std::string &what) {
+  const LPCheck k = check_lp_solution(model);
+  const double obj = k.obj - model->objConst;
+  EXPECT_LE(std::fabs(obj - c.optimum) / std::max(1.0, std::fabs(c.optimum)), 1e-6)
+      << what << " objective " << obj << " reference " << c.optimum;
+  EXPECT_LE(k.pinf, 1e-7) << what;
+  EXPECT_LE(k.dinf, 1e-7) << what;
+  EXPECT_LE(k.djErr, 1e-7) << what;
+}
+
+// Solve with a method and the dual's parameters (-2: leave as is) and check.
+inline DualRun dual_solve_and_check(const NetlibCase &c, int method, int dratio, int dpricing) {
+  DualRun r;
+  EnvModel em;
+  if (!read_netlib(em, c)) return r;
+  if (dratio > -2) KXsetModelIntParameter(em.model, KX_IPARAM_LP_DRATIO, dratio);
+  if (dpricing > -2) KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DPRICING, dpricing);
+  const std::string what = c.name + " method " + std::to_string(method) + " dratio " +
+                           std::to_string(dratio) + " dpricing " + std::to_string(dpricing);
+  EXPECT_EQ(KXoptimize(em.model, method, &r.status), 0) << what;
+  r.iters = iterations(em.model);
+  if (c.set == "infeasible") {
+    EXPECT_TRUE(r.status == KX_STATUS_INFEASIBLE || r.status == KX_STATUS_INFORUNB) << what << " " << r.status;
+    return r;
+  }
+  EXPECT_EQ(r.status, KX_STATUS_BASIC_OPTIMAL) << what;
+  if (r.status == KX_STATUS_BASIC_OPTIMAL) check_netlib_optimum(em.model, c, what);
+  return r;
+}
+
+inline std::vector<NetlibCase> netlib_named(std::initializer_list<const char *> names) {
+  std::vector<NetlibCase> out;
+  for (const NetlibCase &c : netlib_manifest())
+    for (const char *n : names)
+      if (c.name == n && c.set == "feasible") out.push_back(c);
+  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
+  return out;
+}
+
+}  // namespace kxtest

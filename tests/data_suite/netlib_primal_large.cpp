@@ -1,0 +1,24 @@
+// The primal simplex on the netlib models that take more than a few seconds.
+#include "simplex/netlib_support.h"
+
+namespace {
+
+using kxtest::NetlibCase;
+
+std::vector<NetlibCase> large_cases() {
+  std::vector<NetlibCase> out;
+  for (const NetlibCase &c : kxtest::netlib_manifest())
+    if (kxtest::netlib_is_large(c.name)) out.push_back(c);
+  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
+  return out;
+}
+
+class NetlibPrimalLarge : public testing::TestWithParam<NetlibCase> {};
+
+TEST_P(NetlibPrimalLarge, SolvesToTheManifestOptimum) {
+  kxtest::solve_and_check(GetParam(), KX_METHOD_PSIMPLEX, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Netlib, NetlibPrimalLarge, testing::ValuesIn(large_cases()), kxtest::case_label);
+
+}  // namespace

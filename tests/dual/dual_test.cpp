@@ -1,0 +1,309 @@
+// The dual simplex on small LPs: random models of known verdict under every
+// pricing rule and ratio test, checked against the optimality conditions and
+// against the primal simplex; phase 1 cases (free columns, costs that point to
+// an open side), the cutoff, iteration limits and warm starts after changes.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "support/kx_test_util.h"
+#include "simplex/lp_check.h"
+
+namespace {
+
+const double INF = KX_INFINITY;
+
+enum Kind { kBounded, kInfeasible };
+
+// A random LP with a known feasible point x0 (bounded kind) or a row that no
+// point satisfies (infeasible kind).  Every column has a bound on the side its
+// cost pushes to, so a feasible model has an optimum.
+kxtest::SmallLP make_lp(std::mt19937 &rng, Kind kind, int maxM = 20, int maxN = 25) {
+  std::uniform_int_distribution<int> mDist(2, maxM), nDist(2, maxN), pick(0, 99);
+  std::uniform_real_distribution<double> u01(0.0, 1.0);
+  auto val = [&]() { return std::round((u01(rng) * 20 - 10) * 4) / 4; };
+  kxtest::SmallLP lp;
+  const int m = mDist(rng), n = nDist(rng);
+  lp.m = m;
+  lp.n = n;
+  lp.sense = pick(rng) < 30 ? -1 : 1;
+  std::vector<std::vector<double>> A(m, std::vector<double>(n, 0.0));
+  for (int i = 0; i < m; i++)
+    for (int j = 0; j < n; j++)
+      if (pick(rng) < 35) A[i][j] = val();
+  std::vector<double> x0(n);
+  for (int j = 0; j < n; j++) {
+    const int t = pick(rng);
+    double lo, up, c = val();
+    x0[j] = val();
+    if (t < 50) {
+      lo = x0[j] - std::floor(u01(rng) * 4);
+      up = t < 5 ? lo : x0[j] + std::floor(u01(rng) * 4);
+      if (t < 5) x0[j] = lo;
+    } else if (t < 72) {
+      lo = x0[j] - std::floor(u01(rng) * 3);
+      up = INF;
+      c = lp.sense * std::fabs(c);
+    } else if (t < 92) {
+      lo = -INF;
+      up = x0[j] + std::floor(u01(rng) * 3);
+      c = -lp.sense * std::fabs(c);
+    } else {
+      lo = -INF;
+      up = INF;
+      c = 0;
+    }
+    lp.l.push_back(lo);
+    lp.u.push_back(up);
+    lp.c.push_back(c);
+  }
+  for (int i = 0; i < m; i++) {
+    double act = 0;
+    for (int j = 0; j < n; j++) act += A[i][j] * x0[j];
+    const int t = pick(rng);
+    char type = t < 40 ? 'L' : (t < 75 ? 'G' : (t < 95 ? 'E' : 'N'));
+    double slackv = std::floor(u01(rng) * 3);
+    double b = type == 'L' ? act + slackv : (type == 'G' ? act - slackv : act);
+    lp.types.push_back(type);
+    lp.b.push_back(b);
+  }
+  if (kind == kInfeasible) {
+    // Row 0 duplicated with a right-hand side that contradicts it.
+    const int i = 0;
+    lp.types[i] = 'E';
+    std::vector<double> row = A[i];
+    A.push_back(row);
+    lp.types.push_back('E');
+    lp.b.push_back(lp.b[i] + 5.0);
+    lp.m = m + 1;
+    bool any = false;
+    for (double v : row) any = any || v != 0.0;
+    if (!any) A[i][0] = A[m][0] = 1.0;
+  }
+  for (int j = 0; j < n; j++) {
+    lp.beg.push_back(static_cast<int>(lp.coef.size()));
+    for (int i = 0; i < lp.m; i++)
+      if (A[i][j] != 0.0) {
+        lp.rows.push_back(i);
+        lp.coef.push_back(A[i][j]);
+      }
+    lp.len.push_back(static_cast<int>(lp.coef.size()) - lp.beg.back());
+  }
+  lp.beg.push_back(static_cast<int>(lp.coef.size()));
+  return lp;
+}
+
+struct Result {
+  int rc = -1, status = 0;
+  double obj = 0;
+  kxtest::LPCheck check;
+  double iters = 0;
+};
+
+Result solve(pModel model, int method) {
+  Result r;
+  r.rc = KXoptimize(model, method, &r.status);
+  KXgetObjective(model, &r.obj);
+  if (r.status == KX_STATUS_BASIC_OPTIMAL) r.check = kxtest::check_lp_solution(model);
+  int it = 0;
+  KXgetInfo(model, KX_IINFO_SIM_ITER, &it);
+  r.iters = it;
+  return r;
+}
+
+Result solve_lp(const kxtest::SmallLP &lp, int method, int dratio, int dpricing) {
+  kxtest::EnvModel em;
+  EXPECT_EQ(lp.load(em.model), 0);
+  KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+  if (dratio >= 0) KXsetModelIntParameter(em.model, KX_IPARAM_LP_DRATIO, dratio);
+  if (dpricing >= -1) KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DPRICING, dpricing);
+  return solve(em.model, method);
+}
+
+void expect_optimal(const Result &r, double ref, const char *what) {
+  ASSERT_EQ(r.rc, 0) << what;
+  ASSERT_EQ(r.status, KX_STATUS_BASIC_OPTIMAL) << what;
+  EXPECT_LE(r.check.pinf, 1e-7) << what;
+  EXPECT_LE(r.check.dinf, 1e-7) << what;
+  EXPECT_LE(r.check.djErr, 1e-7) << what;
+  EXPECT_NEAR(r.obj, ref, 1e-6 * std::max(1.0, std::fabs(ref))) << what;
+}
+
+// Every ratio test and pricing rule reaches the optimum the primal finds.
+TEST(DualRandom, EveryRuleReachesThePrimalOptimum) {
+  std::mt19937 rng(7);
+  for (int t = 0; t < 60; t++) {
+    const kxtest::SmallLP lp = make_lp(rng, kBounded);
+    const Result p = solve_lp(lp, KX_METHOD_PSIMPLEX, -1, -2);
+    ASSERT_EQ(p.status, KX_STATUS_BASIC_OPTIMAL) << "model " << t;
+    for (int dratio = 0; dratio <= 3; dratio++) {
+      const Result d = solve_lp(lp, KX_METHOD_DSIMPLEX, dratio, -2);
+      expect_optimal(d, p.obj, ("dratio " + std::to_string(dratio) + " model " + std::to_string(t)).c_str());
+    }
+    for (int dp = -1; dp <= 4; dp++) {
+      const Result d = solve_lp(lp, KX_METHOD_DSIMPLEX, -1, dp);
+      expect_optimal(d, p.obj, ("dpricing " + std::to_string(dp) + " model " + std::to_string(t)).c_str());
+    }
+    const Result f = solve_lp(lp, KX_METHOD_FREE, -1, -2);
+    expect_optimal(f, p.obj, "method 0");
+  }
+}
+
+TEST(DualRandom, InfeasibleModelsEndInfeasible) {
+  std::mt19937 rng(11);
+  for (int t = 0; t < 40; t++) {
+    const kxtest::SmallLP lp = make_lp(rng, kInfeasible);
+    for (int dratio : {0, 1}) {
+      const Result d = solve_lp(lp, KX_METHOD_DSIMPLEX, dratio, -2);
+      EXPECT_EQ(d.rc, 0);
+      EXPECT_TRUE(d.status == KX_STATUS_INFEASIBLE || d.status == KX_STATUS_INFORUNB)
+          << "model " << t << " status " << d.status;
+    }
+  }
+}
+
+// min -x - y, free x and y, x + y <= 4, x - y <= 2, -x + y <= 2: both free
+// columns have costs no bound can make feasible, so phase 1 must run.
+TEST(DualPhases, FreeColumnsNeedPhaseOne) {
+  kxtest::SmallLP lp;
+  lp.m = 3;
+  lp.n = 2;
+  lp.c = {-1, -1};
+  lp.b = {4, 2, 2};
+  lp.types = {'L', 'L', 'L'};
+  lp.l = {-INF, -INF};
+  lp.u = {INF, INF};
+  lp.beg = {0, 3, 6};
+  lp.len = {3, 3};
+  lp.rows = {0, 1, 2, 0, 1, 2};
+  lp.coef = {1, 1, -1, 1, -1, 1};
+  for (int phase : {0, 1}) {
+    kxtest::EnvModel em;
+    ASSERT_EQ(lp.load(em.model), 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, phase);
+    const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+    expect_optimal(r, -4.0, "free columns");
+  }
+}
+
+// A slack basis with all costs nonnegative at lower bounds is dual feasible at
+// once: the dual needs no phase 1 and ends where the primal does.
+TEST(DualPhases, DualFeasibleStartAndOpenSides) {
+  // min x + 2y s.t. x + y >= 3, x - y <= 1, 0 <= x, y; optimum x=2, y=1: 4.
+  kxtest::SmallLP lp;
+  lp.m = 2;
+  lp.n = 2;
+  lp.c = {1, 2};
+  lp.b = {3, 1};
+  lp.types = {'G', 'L'};
+  lp.l = {0, 0};
+  lp.u = {INF, INF};
+  lp.beg = {0, 2, 4};
+  lp.len = {2, 2};
+  lp.rows = {0, 1, 0, 1};
+  lp.coef = {1, 1, 1, -1};
+  kxtest::EnvModel em;
+  ASSERT_EQ(lp.load(em.model), 0);
+  const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+  expect_optimal(r, 4.0, "dual feasible start");
+  // The maximisation of the same is unbounded: the dual ends without an optimum.
+  kxtest::SmallLP lq = lp;
+  lq.sense = -1;
+  kxtest::EnvModel em2;
+  ASSERT_EQ(lq.load(em2.model), 0);
+  const Result u = solve(em2.model, KX_METHOD_DSIMPLEX);
+  EXPECT_EQ(u.rc, 0);
+  EXPECT_TRUE(u.status == KX_STATUS_UNBOUNDED || u.status == KX_STATUS_INFORUNB) << u.status;
+}
+
+TEST(DualCutoff, StopsBeyondTheOptimumOnly) {
+  std::mt19937 rng(23);
+  int tried = 0;
+  for (int t = 0; t < 30 && tried < 12; t++) {
+    const kxtest::SmallLP lp = make_lp(rng, kBounded, 30, 30);
+    const Result p = solve_lp(lp, KX_METHOD_DSIMPLEX, -1, -2);
+    if (p.status != KX_STATUS_BASIC_OPTIMAL || p.iters < 3) continue;
+    tried++;
+    const double gap = 1.0 + 0.1 * std::fabs(p.obj);
+    // In a minimisation a cutoff below the optimum is passed by the dual bound;
+    // in a maximisation one above it.
+    const double beyond = p.obj - lp.sense * gap, before = p.obj + lp.sense * gap;
+    for (int side = 0; side < 2; side++) {
+      kxtest::EnvModel em;
+      ASSERT_EQ(lp.load(em.model), 0);
+      KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+      KXsetModelIntParameter(em.model, KX_IPARAM_SOLVER_USECUTOFFVAL, 1);
+      KXsetModelDouParameter(em.model, KX_DPARAM_SOLVER_CUTOFFVAL, side == 0 ? beyond : before);
+      const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+      ASSERT_EQ(r.rc, 0);
+      if (side == 0) {
+        EXPECT_EQ(r.status, KX_STATUS_CUTOFF) << "model " << t;
+      } else {
+        expect_optimal(r, p.obj, "cutoff on the far side");
+      }
+    }
+  }
+  EXPECT_GE(tried, 5);
+}
+
+TEST(DualLimits, IterationLimitThenContinue) {
+  std::mt19937 rng(5);
+  kxtest::SmallLP lp;
+  Result p;
+  do {
+    lp = make_lp(rng, kBounded, 40, 40);
+    p = solve_lp(lp, KX_METHOD_DSIMPLEX, -1, -2);
+  } while (p.status != KX_STATUS_BASIC_OPTIMAL || p.iters < 10);
+  kxtest::EnvModel em;
+  ASSERT_EQ(lp.load(em.model), 0);
+  KXsetModelIntParameter(em.model, KX_IPARAM_LP_ITRLMT, 3);
+  int status = 0;
+  EXPECT_EQ(KXoptimize(em.model, KX_METHOD_DSIMPLEX, &status), KXERR_ITER_LIMIT);
+  KXsetModelIntParameter(em.model, KX_IPARAM_LP_ITRLMT, -1);
+  const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+  expect_optimal(r, p.obj, "after the limit");
+}
+
+// After a change of a bound, a right-hand side or a cost, the next solve starts
+// from the last basis; its answer matches a cold solve of the changed model.
+TEST(DualWarm, ChangesOfDataWarmStart) {
+  std::mt19937 rng(31);
+  std::uniform_real_distribution<double> u01(0.0, 1.0);
+  int warmIters = 0, coldIters = 0, cases = 0;
+  for (int t = 0; t < 40; t++) {
+    kxtest::SmallLP lp = make_lp(rng, kBounded, 30, 30);
+    kxtest::EnvModel em;
+    ASSERT_EQ(lp.load(em.model), 0);
+    Result r0 = solve(em.model, KX_METHOD_DSIMPLEX);
+    if (r0.status != KX_STATUS_BASIC_OPTIMAL) continue;
+    const int kind = t % 3;
+    if (kind == 0) {
+      const int i = t % lp.m;
+      lp.b[i] += lp.types[i] == 'G' ? 0.5 : -0.5;
+      ASSERT_EQ(KXmodifyRHS(em.model, 1, &i, &lp.b[i]), 0);
+    } else if (kind == 1) {
+      const int j = t % lp.n;
+      if (lp.u[j] >= INF) continue;
+      lp.u[j] = std::max(lp.l[j], lp.u[j] - 0.5);
+      ASSERT_EQ(KXmodifyUpperBounds(em.model, 1, &j, &lp.u[j]), 0);
+    } else {
+      const int j = t % lp.n;
+      lp.c[j] += lp.sense * 0.25;
+      ASSERT_EQ(KXmodifyObjective(em.model, 1, &j, &lp.c[j]), 0);
+    }
+    const Result warm = solve(em.model, KX_METHOD_DSIMPLEX);
+    const Result cold = solve_lp(lp, KX_METHOD_DSIMPLEX, -1, -2);
+    ASSERT_EQ(warm.status, cold.status) << "model " << t;
+    if (cold.status != KX_STATUS_BASIC_OPTIMAL) continue;
+    expect_optimal(warm, cold.obj, "warm");
+    warmIters += static_cast<int>(warm.iters);
+    coldIters += static_cast<int>(cold.iters);
+    cases++;
+  }
+  EXPECT_GE(cases, 10);
+  EXPECT_LT(warmIters, coldIters);
+}
+
+}  // namespace

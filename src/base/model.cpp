@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "base/kx.h"
+#include "base/outside.h"
+#include "presolve/presolve.h"
 
 namespace {
 
@@ -93,6 +95,7 @@ int kxi_ensure_sol(Model *model) {
 
 int kxi_free_solver_memory(Model *model) {
   if (model->glp) kxi_release_glp(model);
+  kxi_delete_external_task(model);
   model->extTask = nullptr;
   return 0;
 }
@@ -111,6 +114,7 @@ int kxi_clear_model(Model *model) {
   if (model->ius) kx_free(model->ius);
   model->bindingHandles = nullptr;
   kxi_free_solver_memory(model);
+  if (model->presolved || model->poststack) gen_free_presolve(model);
   if (model->cutPool) std::memset(model->cutPool, 0, sizeof(CutPool));
   if (model->stocPam) kxp_init_stoc_pam(model);  // stochastic settings back to defaults
   if (model->stocState) std::memset(model->stocState, 0, sizeof(StocState));

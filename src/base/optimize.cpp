@@ -111,9 +111,51 @@ void KXI_DispSolStatsLP(Model *model) {
 
 // ---------------------------------------------------------------------------
 
+// A column whose lower bound lies above its upper bound makes the model
+// infeasible whatever the rows say; answer that before any solver runs.  The
+// point left in sol puts each column at its lower bound (or upper when the
+// lower is infinite), with every logical basic.
+static bool crossed_bounds_verdict(Model *model) {
+  const int n = model->nVars, m = model->nCons;
+  const double tol = model->splexPam->feasTol;
+  double worst = 0.0;
+  for (int j = 0; j < n; j++) {
+    const double gap = model->lower[j] - model->upper[j];
+    if (gap > tol * (1.0 + std::fabs(model->upper[j])) && gap > worst) worst = gap;
+  }
+  if (worst <= 0.0) return false;
+  Sol *s = model->sol;
+  for (int j = 0; j < n; j++) {
+    const double l = model->lower[j], u = model->upper[j];
+    s->x[j] = l > -kx::kInfinity ? l : (u < kx::kInfinity ? u : 0.0);
+    s->dj[j] = 0.0;
+    s->colstat[j] = l > -kx::kInfinity ? KX_BASIS_AT_LOWER
+                                        : (u < kx::kInfinity ? KX_BASIS_AT_UPPER : KX_BASIS_FREE_ZERO);
+  }
+  for (int i = 0; i < m; i++) {
+    s->y[i] = 0.0;
+    s->rowstat[i] = i;
+  }
+  for (int i = 0; i < m; i++) s->slack[i] = model->rhs[i];
+  for (int j = 0; j < n; j++)
+    for (int k = model->Abeg[j]; k < model->Abeg[j] + model->Alen[j]; k++)
+      s->slack[model->Arow[k]] -= model->Acoef[k] * s->x[j];
+  double obj = model->objConst;
+  for (int j = 0; j < n; j++) obj += model->cost[j] * s->x[j];
+  s->pobj = s->dobj = obj;
+  s->pinfeas = worst;
+  s->dinfeas = 0.0;
+  s->simIter = s->barIter = s->nlpIter = 0;
+  s->model_status = s->primal_status = KX_STATUS_INFEASIBLE;
+  s->dual_status = KX_STATUS_UNKNOWN;
+  s->basic_status = KX_STATUS_UNLOADED;
+  return true;
+}
+
 int KXtrivialOptimizer(Model *model) {
   KX_CALL(kxi_ensure_sol(model));
   Sol *s = model->sol;
+  if (crossed_bounds_verdict(model)) return 0;
   const int m = model->nCons, n = model->nVars;
   const double feastol = model->splexPam->feasTol;
   const double inf = model->env ? model->env->envInfinity : kx::kInfinity;
@@ -272,6 +314,10 @@ int ydo_the_lp_opt(Model *model, int method) {
   Sol *s = model->sol;
   SplexPam *p = model->splexPam;
   const int forced = 1;
+  if (crossed_bounds_verdict(model)) {
+    s->method = (method >= 0 && method <= 2 ? (method == 0 ? 2 : method) : 2) + 1;
+    return 0;
+  }
   if (model->nCons == 0 || model->nVars == 0) return KXtrivialOptimizer(model);
   if (method == 3) {
     s->method = 4;

@@ -193,8 +193,15 @@ TEST_F(Ext, PrioritiesStartPointRangesAndBasis) {
   int cs[4] = {0, -1, -2, -5}, rs[2] = {0, -1};
   EXPECT_EQ(KXloadBasis(m, cs, rs), KXERR_BASIS_COL_STATUS);
   cs[3] = -4;
-  int badRow[2] = {-2, -1};
+  int badRow[2] = {-5, -1};
   EXPECT_EQ(KXloadBasis(m, cs, badRow), KXERR_BASIS_ROW_STATUS);
+  // Row 0 is an L row: "at upper" is taken only while it has a range.
+  int atUpper[2] = {-2, -1};
+  EXPECT_EQ(KXloadBasis(m, cs, atUpper), KXERR_BASIS_INVALID);  // legal statuses, too few basics
+  double noRange[2] = {1e31, 1e31};
+  ASSERT_EQ(KXloadConstraintRanges(m, noRange), 0);
+  EXPECT_EQ(KXloadBasis(m, cs, atUpper), KXERR_BASIS_ROW_STATUS);
+  ASSERT_EQ(KXloadConstraintRanges(m, r), 0);
   int tooMany[2] = {0, 1};
   int cs2[4] = {-1, -1, -1, -1};
   int none[2] = {-1, -1};

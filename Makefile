@@ -1,7 +1,7 @@
 # Thin driver over CMake.
 #   make demo   build the library and run the bundled example
 #   make test   build and run every test: release build, then an ASan+UBSan build
-#   make bench  build the benchmark programs (see bench/README.md)
+#   make bench  netlib benchmark table (bench/netlib/README.md); bench-lu, bench-mps, bench-presolve
 
 BUILD      ?= build/release
 ASAN_BUILD ?= build/asan
@@ -9,7 +9,7 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CTEST_ARGS ?= --output-on-failure -j $(JOBS)
 DEB_PACKAGES := cmake g++ make libgtest-dev liblapack-dev libblas-dev zlib1g-dev
 
-.PHONY: all deps configure build demo test test-release test-asan bench clean
+.PHONY: all deps configure build demo test test-release test-asan bench bench-presolve bench-lu bench-mps clean
 
 all: build
 
@@ -45,8 +45,18 @@ test-asan: deps
 
 test: test-release test-asan
 
+# Benchmarks print tables; the netlib one compares with clp and glpsol when installed.
 bench: build
-	@ls $(BUILD)/bench_* 2>/dev/null || echo "no benchmark programs yet"
+	bench/netlib/run.sh $(BUILD)/kxsolve
+
+bench-presolve: build
+	bench/presolve/run.sh $(BUILD)/kxsolve
+
+bench-lu: build
+	$(BUILD)/bench_lu
+
+bench-mps: build
+	$(BUILD)/bench_mps
 
 clean:
 	rm -rf build

@@ -366,7 +366,7 @@ int ydo_the_lp_opt(Model *model, int method) {
     level++;
   }
   p->lpScale = savedScale;
-  p->restart = savedRestart ? 0 : p->restart;
+  p->restart = savedRestart;  // the retries never change the caller's setting
   s->simIter = s->accSimIter + (model->glp ? model->glp->iter : 0);
   s->accSimIter = 0;
   if (model->cbFunc && rc != KXERR_USER_INTERRUPT) {

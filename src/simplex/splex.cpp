@@ -1,6 +1,8 @@
 // splex.cpp - the entry points of the simplex engine: a first solve that builds
 // the state, a warm solve on a live state, the switching between methods after
 // numerical trouble, and the mapping of the solver status to the model's.
+#include <cmath>
+
 #include "simplex/glp.h"
 
 namespace {
@@ -91,6 +93,38 @@ int finish(Model *model, GLP *g, int rc) {
   return err;
 }
 
+// A warm start whose basis is already optimal ends without an iteration:
+// factorise, compute the basic values, duals and reduced costs on the true
+// (unperturbed) data, and test primal and dual feasibility against the working
+// tolerances.  Any doubt leaves the decision to the simplex run.
+bool warm_start_is_optimal(GLP *g) {
+  if (g->freshStart || g->pert || g->m == 0) return false;
+  if (g->clbTrue.size() == g->clb.size()) {
+    for (size_t j = 0; j < g->clb.size(); j++)
+      if (g->clb[j] != g->clbTrue[j] || g->cub[j] != g->cubTrue[j]) return false;
+  }
+  for (int j = 0; j < g->nm; j++)
+    if (g->cbas[j] < 0) spx_place_nonbasic(g, j);
+  if (spx_factor(g) != 0) return false;
+  if (spx_compute_xb(g) != 0) return false;
+  int count = 0;
+  double maxv = 0.0;
+  spx_primal_infeas(g, &count, &maxv);
+  if (count > 0) return false;
+  if (spx_compute_duals(g, g->objv) != 0) return false;
+  for (int j = 0; j < g->nm; j++) {
+    const int st = g->cbas[j];
+    if (st >= 0 || g->clb[j] == g->cub[j]) continue;
+    const double d = g->rdc[j];
+    if ((st == -1 && d < -g->ceps) || (st == -2 && d > g->ceps) ||
+        (st == -3 && std::fabs(d) > g->ceps))
+      return false;
+  }
+  g->stat = GLP_OPTIMAL;
+  g->wfact = WF_NONE;
+  return true;
+}
+
 }  // namespace
 
 int spx_run_method(GLP *g, int method) {
@@ -121,7 +155,7 @@ int KXsplexOptimize(Model *model, int method) {
   }
   g->started = s->started;
   g->method = method == 2 ? 1 : 0;
-  rc = run_with_switches(g, method, "Recovering");
+  rc = warm_start_is_optimal(g) ? SPX_OK : run_with_switches(g, method, "Recovering");
   if (rc == SPX_NOMEM) {
     freeglp(&model->glp);
     s->model_status = KX_STATUS_LOADED;
@@ -158,7 +192,8 @@ int KXsplexReoptimize(Model *model, int method) {
   g->ceps = g->cepsUser;
   g->pvteps = g->pvtepsInit;
   g->wfact = WF_LIMIT;
-  int rc = run_with_switches(g, method, "Reopt recovering");
+  g->freshStart = 0;
+  int rc = warm_start_is_optimal(g) ? SPX_OK : run_with_switches(g, method, "Reopt recovering");
   if (rc == SPX_NUMERIC) {
     // Rebuild from the model's data and run the primal cold.
     const double it = g->iter, base = g->iterBase;

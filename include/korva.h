@@ -1260,6 +1260,8 @@ KX_API int KXgetDimensions(pModel model, int *pnVars, int *pnCons, int *pnCones,
 /* Column types, and their counts by kind. */
 KX_API int KXgetVarType(pModel model, char *pachVarTypes);
 KX_API int KXgetVarTypeCount(pModel model, int *pnBin, int *pnInt, int *pnCont);
+/* Binary, integer and continuous columns that have an entry in row iCon; outputs may be null. */
+KX_API int KXgetVarTypeCountByCons(pModel model, int iCon, int *pnBin, int *pnInt, int *pnCont);
 /* All quadratic terms (lower triangle, by row) and those of one row (-1 the objective). */
 KX_API int KXgetQCData(pModel model, int *pnQCnnz, int *paiQCrows, int *paiQCcols1,
                        int *paiQCcols2, double *padQCcoef);

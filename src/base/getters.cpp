@@ -185,6 +185,33 @@ extern "C" KX_API int KXgetVarTypeCount(pModel model, int *pnBin, int *pnInt, in
   });
 }
 
+// Counts of binary, integer and continuous columns with a nonzero entry in row
+// iCon (columns whose coefficient there is an explicit zero are counted too).
+extern "C" KX_API int KXgetVarTypeCountByCons(pModel model, int iCon, int *pnBin, int *pnInt,
+                                              int *pnCont) {
+  return kx::guard([&]() -> int {
+    if (!model) return KXERR_ILLEGAL_NULL_POINTER;
+    KX_CALL(check(model));
+    const Model *m = model;
+    if (iCon < 0 || iCon >= m->nCons) return KXERR_INDEX_OUT_OF_RANGE;
+    int nb = 0, ni = 0, nc = 0;
+    for (int j = 0; j < m->nVars; ++j) {
+      for (int k = m->Abeg[j]; k < m->Abeg[j] + m->Alen[j]; ++k) {
+        if (m->Arow[k] != iCon) continue;
+        const char t = m->vartype ? m->vartype[j] : 'C';
+        if (t == 'B') ++nb;
+        else if (t == 'I') ++ni;
+        else ++nc;
+        break;
+      }
+    }
+    if (pnBin) *pnBin = nb;
+    if (pnInt) *pnInt = ni;
+    if (pnCont) *pnCont = nc;
+    return 0;
+  });
+}
+
 extern "C" KX_API int KXgetQCData(pModel model, int *pnQCnnz, int *paiQCrows, int *paiQCcols1,
                                   int *paiQCcols2, double *padQCcoef) {
   return kx::guard([&]() -> int {

@@ -43,6 +43,17 @@ TEST_F(Ext, VarTypes) {
   KXgetInfo(m, KX_IINFO_NUM_CONT, &nc);
   EXPECT_EQ(nb, 2);
   EXPECT_EQ(ni, 1);
+  // By row: row 0 holds columns 0 (B) and 2 (I), row 1 columns 1 (B) and 3 (C).
+  int rb = -1, ri = -1, rc = -1;
+  ASSERT_EQ(KXgetVarTypeCountByCons(m, 0, &rb, &ri, &rc), 0);
+  EXPECT_EQ(rb, 1);
+  EXPECT_EQ(ri, 1);
+  EXPECT_EQ(rc, 0);
+  ASSERT_EQ(KXgetVarTypeCountByCons(m, 1, &rb, &ri, &rc), 0);
+  EXPECT_EQ(rb, 1);
+  EXPECT_EQ(ri, 0);
+  EXPECT_EQ(rc, 1);
+  EXPECT_EQ(KXgetVarTypeCountByCons(m, 2, &rb, &ri, &rc), KXERR_INDEX_OUT_OF_RANGE);
   EXPECT_EQ(nc, 1);
   ASSERT_EQ(KXloadVarType(m, nullptr), 0);
   KXgetInfo(m, KX_IINFO_NUM_BIN, &nb);

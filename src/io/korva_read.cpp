@@ -18,7 +18,6 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <zlib.h>
 
 #include "io/textio.h"
 
@@ -194,46 +193,11 @@ int korva_read_text(Model *m, const char *text, size_t len, const char *title) {
 }  // namespace kxi
 
 extern "C" KX_API int KXreadKORVAFile(pModel model, const char *pszFname) {
-  return kx::guard([&]() -> int {
-    if (!model || !pszFname) return KXERR_ILLEGAL_NULL_POINTER;
-    if (model->nVars > 0 || model->nCons > 0) return KXERR_ALREADY_LOADED;
-    std::vector<char> data;
-    int rc = kxi::read_whole_file(pszFname, data);
-    if (rc) {
-      kxi_log(model, "\nFailed to open %s", pszFname);
-      return rc;
-    }
-    try {
-      rc = kxi::korva_read_text(model, data.data(), data.size(), pszFname);
-    } catch (...) {
-      kxi_clear_model(model);
-      throw;
-    }
-    return rc;
-  });
+  return kx::guard([&]() -> int { return kxi::read_text_file(model, pszFname, kxi::korva_read_text); });
 }
 
 extern "C" KX_API int KXreadKORVAStream(pModel model, const char *pszStream, int nStreamLen) {
   return kx::guard([&]() -> int {
-    if (!model || !pszStream) return KXERR_ILLEGAL_NULL_POINTER;
-    if (nStreamLen < 0) return KXERR_PARAMETER_OUT_OF_RANGE;
-    if (model->nVars > 0 || model->nCons > 0) return KXERR_ALREADY_LOADED;
-    if (nStreamLen < 3) {
-      kxi_log(model, "\nKVX stream is too short.");
-      return KXERR_ERROR_IN_INPUT;
-    }
-    const size_t n = static_cast<size_t>(nStreamLen);
-    char title[32];
-    std::snprintf(title, sizeof title, "stream_%x",
-                  static_cast<unsigned>(crc32(0L, reinterpret_cast<const Bytef *>(pszStream),
-                                              static_cast<uInt>(n))));
-    int rc;
-    try {
-      rc = kxi::korva_read_text(model, pszStream, n, title);
-    } catch (...) {
-      kxi_clear_model(model);
-      throw;
-    }
-    return rc;
+    return kxi::read_text_stream(model, pszStream, nStreamLen, "KVX", kxi::korva_read_text);
   });
 }

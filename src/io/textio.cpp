@@ -203,6 +203,44 @@ int read_whole_file(const char *path, std::vector<char> &out) {
   return 0;
 }
 
+int read_text_file(Model *m, const char *path, TextParser parse) {
+  if (!m || !path) return KXERR_ILLEGAL_NULL_POINTER;
+  if (m->nVars > 0 || m->nCons > 0) return KXERR_ALREADY_LOADED;
+  std::vector<char> data;
+  int rc = read_whole_file(path, data);
+  if (rc) {
+    kxi_log(m, "\nFailed to open %s", path);
+    return rc;
+  }
+  try {
+    return parse(m, data.data(), data.size(), path);
+  } catch (...) {
+    kxi_clear_model(m);
+    throw;
+  }
+}
+
+int read_text_stream(Model *m, const char *text, int len, const char *format, TextParser parse) {
+  if (!m || !text) return KXERR_ILLEGAL_NULL_POINTER;
+  if (len < 0) return KXERR_PARAMETER_OUT_OF_RANGE;
+  if (m->nVars > 0 || m->nCons > 0) return KXERR_ALREADY_LOADED;
+  if (len < 3) {
+    kxi_log(m, "\n%s stream is too short.", format);
+    return KXERR_ERROR_IN_INPUT;
+  }
+  const size_t n = static_cast<size_t>(len);
+  char title[32];
+  std::snprintf(title, sizeof title, "stream_%x",
+                static_cast<unsigned>(crc32(0L, reinterpret_cast<const Bytef *>(text),
+                                            static_cast<uInt>(n))));
+  try {
+    return parse(m, text, n, title);
+  } catch (...) {
+    kxi_clear_model(m);
+    throw;
+  }
+}
+
 const char *match_keyword(const char *p, const char *end, const char *pattern) {
   const char *q = p;
   const char *t = pattern;

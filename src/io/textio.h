@@ -80,6 +80,14 @@ std::string row_fallback(int i);
 // The whole text of a plain or gzip-compressed file: 0, or 2002.
 int read_whole_file(const char *path, std::vector<char> &out);
 
+// A parser of a whole text into an unloaded model (title: the model's name).
+using TextParser = int (*)(Model *m, const char *text, size_t len, const char *title);
+// The common frame of the File and Stream entry points of the text readers:
+// argument checks, reading the file or naming the stream by its checksum, and
+// a clean model after any failure.  `format` names the format in log lines.
+int read_text_file(Model *m, const char *path, TextParser parse);
+int read_text_stream(Model *m, const char *text, int len, const char *format, TextParser parse);
+
 // Keyword test at p (lower-cased input against a pattern whose bracketed parts
 // are optional tails).  On a match that ends at the end of the text, a blank,
 // tab, line feed, carriage return, '<', '=' or '>', returns the end of the

@@ -227,14 +227,7 @@ TEST(TextRoundTrip, NetlibBasisInEachReadableFormResolvesInZeroIterations) {
       double ob = 0;
       int itb = -1;
       ASSERT_TRUE(solve(b.m, 5.0, &ob, &itb)) << "form " << form;
-      // Known open defect: on these ill-conditioned models the loaded optimal basis
-      // misses the dual tolerance once unscaled, and the driver's retry re-solves.
-      const bool knownWarmStartMiss = name == "perold" || name == "pilot.ja" || name == "pilot4";
-      if (knownWarmStartMiss && itb != 0) {
-        std::printf("known warm-start miss: %s form %d took %d iterations\n", name.c_str(), form, itb);
-      } else {
-        EXPECT_EQ(itb, 0) << "form " << form;
-      }
+      EXPECT_EQ(itb, 0) << "form " << form;
       EXPECT_TRUE(rel_close(ob, oa, 1e-9)) << ob << " vs " << oa;
     }
     // The MPS form holds the basic columns and an artificial per basic logical.

@@ -189,9 +189,10 @@ int run(Model *model, Model **reduced_out, PostStack *ps, int mask, int print_le
   Model *red = nullptr;
   KX_CALL(setup_red_model(g.lp, model, &red, rowMap, colMap));
   write_renumbering(ps, rowMap, colMap);
-  ps->redRows = static_cast<int>(rowMap.size());
-  ps->redCols = static_cast<int>(colMap.size());
-  ps->redNnz = static_cast<int>(g.lp.nnzLive);
+  // The sizes that the info calls report are those of the model handed on.
+  ps->redRows = red->nCons;
+  ps->redCols = red->nVars;
+  ps->redNnz = red->nNonz;
   ps->verdict = (rowMap.empty() && colMap.empty()) ? kPreSolved : kPreReduced;
   *status_out = ps->verdict;
   *reduced_out = red;

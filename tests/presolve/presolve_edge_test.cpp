@@ -263,6 +263,50 @@ TEST_F(PresolveEdge, ReducedDimensionsAndMpsFile) {
   EXPECT_EQ(KXgetReducedDim(nullptr, &m, &n, &nz), KXERR_ILLEGAL_NULL_POINTER);
 }
 
+TEST_F(PresolveEdge, ReducedDimensionInfoAfterAPresolvedSolve) {
+  Lp lp;
+  // As above: row 3 is twice row 0 and row 2 a bound, a 2 x 3 core stays.
+  lp.A = {{1, 2, 1}, {3, 1, 2}, {1, 0, 0}, {2, 4, 2}};
+  lp.type = {'L', 'G', 'G', 'L'};
+  lp.rhs = {4, 2, 0.5, 7};
+  lp.c = {1, -1, 1};
+  lp.l = {0, 0, 0};
+  lp.u = {kInf, kInf, kInf};
+  load(model(), lp);
+  int v = -1;
+  // No presolve has run yet.
+  EXPECT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDCONS, &v), KXERR_INFO_NOT_AVAILABLE);
+  EXPECT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDVARS, &v), KXERR_INFO_NOT_AVAILABLE);
+  EXPECT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDNONZ, &v), KXERR_INFO_NOT_AVAILABLE);
+  EXPECT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDINT, &v), KXERR_INFO_NOT_AVAILABLE);
+  int status = 0;
+  ASSERT_EQ(KXoptimize(model(), KX_METHOD_FREE, &status), 0);
+  ASSERT_EQ(status, KX_STATUS_BASIC_OPTIMAL);
+  ASSERT_NE(model()->poststack, nullptr);
+  int m = -1, n = -1, nz = -1;
+  ASSERT_EQ(KXgetReducedDim(model(), &m, &n, &nz), 0);
+  EXPECT_EQ(m, 2);
+  EXPECT_EQ(n, 3);
+  EXPECT_EQ(nz, 6);
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDCONS, &v), 0);
+  EXPECT_EQ(v, m);
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDVARS, &v), 0);
+  EXPECT_EQ(v, n);
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDNONZ, &v), 0);
+  EXPECT_EQ(v, nz);
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDINT, &v), 0);
+  EXPECT_EQ(v, 0);
+  // The original sizes are untouched.
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_CONS, &v), 0);
+  EXPECT_EQ(v, 4);
+  ASSERT_EQ(KXgetInfo(model(), KX_IINFO_NUM_NONZ, &v), 0);
+  EXPECT_EQ(v, 10);
+  // With presolve off the next solve keeps no reduced model.
+  ASSERT_EQ(KXsetModelIntParameter(model(), KX_IPARAM_LP_PRELEVEL, 0), 0);
+  ASSERT_EQ(KXoptimize(model(), KX_METHOD_FREE, &status), 0);
+  EXPECT_EQ(KXgetInfo(model(), KX_IINFO_NUM_RDCONS, &v), KXERR_INFO_NOT_AVAILABLE);
+}
+
 TEST_F(PresolveEdge, NothingToRemoveKeepsTheModel) {
   ASSERT_EQ(kxtest::tiny_lp().load(model()), 0);
   PostStack *ps = nullptr;

@@ -1,7 +1,8 @@
 # Thin driver over CMake.
 #   make demo   build the library and run the bundled example
-#   make test   build and run the unit and data tests: release build, then an ASan+UBSan build
-#   make test-large  the slowest netlib models (label data-large)
+#   make test   build and run the tests: release build (labels unit, data, data-large),
+#               then an ASan+UBSan build (unit, data)
+#   make test-huge   the netlib models that take minutes (dfl001, qap12, qap15; label data-huge)
 #   make bench  netlib benchmark table (bench/netlib/README.md); bench-lu, bench-mps, bench-presolve
 
 BUILD      ?= build/release
@@ -10,7 +11,7 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 CTEST_ARGS ?= --output-on-failure -j $(JOBS)
 DEB_PACKAGES := cmake g++ make libgtest-dev liblapack-dev libblas-dev zlib1g-dev
 
-.PHONY: all deps configure build demo test test-release test-large test-asan bench bench-presolve bench-lu bench-mps clean
+.PHONY: all deps configure build demo test test-release test-large test-huge test-asan bench bench-presolve bench-lu bench-mps clean
 
 all: build
 
@@ -36,12 +37,15 @@ demo: build
 	$(BUILD)/example_solve_lp
 
 test-release: build
-	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^(unit|data)$$'
+	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^(unit|data|data-large)$$'
 
-# The slowest netlib models (dfl001, the qap family, ...): not part of `make test`,
-# which must stay well inside CI's time; run by hand.
 test-large: build
 	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-large$$'
+
+# dfl001, qap12 and qap15 take minutes each by every method: not part of `make test`,
+# which must stay well inside CI's time; run by hand.
+test-huge: build
+	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-huge$$'
 
 test-asan: deps
 	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKORVA_SANITIZE=ON >/dev/null

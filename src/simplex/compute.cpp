@@ -81,6 +81,38 @@ int spx_compute_xb(GLP *g) {
     for (int p = 0; p < m; p++) g->x[g->rbas[p]] = out.val[p];
   }
   out.clear(m);
+  return spx_refine_xb(g);
+}
+
+// One step of iterative refinement of x_B: the residual rhs1 - [A I] x is summed
+// in extended precision and its FTRAN corrects the basics.  On ill-conditioned
+// bases with large terms this takes the row residuals from rounding of the
+// solve down to rounding of the data.
+int spx_refine_xb(GLP *g) {
+  const int m = g->m, n = g->n;
+  SpxVec &in = g->work, &out = g->work2;
+  std::vector<long double> res(m);
+  for (int i = 0; i < m; i++) res[i] = static_cast<long double>(g->rhs1[i]) - g->x[n + i];
+  for (int j = 0; j < n; j++) {
+    const long double xj = g->x[j];
+    if (xj == 0.0L) continue;
+    for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++)
+      res[g->rowInd[k]] -= static_cast<long double>(g->colVal[k]) * xj;
+  }
+  in.clear(m);
+  out.clear(m);
+  bool any = false;
+  for (int i = 0; i < m; i++) {
+    in.val[i] = static_cast<double>(res[i]);
+    if (in.val[i] != 0.0) any = true;
+  }
+  if (!any) return 0;
+  in.count = -1;
+  out.count = -1;
+  const int rc = spx_ftran(g, in, out, 0);
+  if (rc) return rc;
+  for (int p = 0; p < m; p++) g->x[g->rbas[p]] += out.val[p];
+  out.clear(m);
   return 0;
 }
 

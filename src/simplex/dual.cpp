@@ -117,7 +117,8 @@ int count_dual_infeas(Work &w, double *maxv) {
   return c;
 }
 
-// Largest dual violation once the scaling is taken off.
+// Largest dual violation once the scaling is taken off, relative to the largest
+// cost of the model (at least 1); the objective scaling is taken off as well.
 double unscaled_dual_viol(const GLP *g) {
   double mx = 0.0;
   for (int j = 0; j < g->nm; j++) {
@@ -126,7 +127,10 @@ double unscaled_dual_viol(const GLP *g) {
     const double e = j < g->n ? v / g->cscale[j] : v * g->rscale[j - g->n];
     mx = std::max(mx, e);
   }
-  return mx;
+  double cmax = 1.0;
+  const Model *model = g->model;
+  for (int j = 0; j < model->nVars; j++) cmax = std::max(cmax, std::fabs(model->cost[j]));
+  return mx / (g->objscale * cmax);
 }
 
 int lu_rc(int rc) { return rc == SPX_NOMEM ? SPX_NOMEM : (rc ? SPX_NUMERIC : 0); }

@@ -233,6 +233,7 @@ int spx_compute_duals(GLP *g, const std::vector<double> &cost);  // y and rdc
 // out by row).  The input is cleared; the output must be clear on entry.
 int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save);
 int spx_btran(GLP *g, SpxVec &in, SpxVec &out);
+int spx_refine_xb(GLP *g);  // one refinement step of the basic values
 void spx_load_column(const GLP *g, int j, SpxVec &v);  // column j by row
 // Row r of B^-1 N: g->pivrow over all columns, from rho = g->binvi.
 void spx_pivot_row(GLP *g, const SpxVec &rho);

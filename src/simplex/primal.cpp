@@ -147,8 +147,9 @@ int update_phase1_costs(GLP *g, int leave) {
 }
 
 // Largest violations of the point once the scaling is taken off: primal
-// absolute, dual relative to the largest cost (which the objective scaling
-// makes about 1).
+// absolute, dual relative to the largest cost of the model (at least 1).  The
+// objective scaling makes the largest *scaled* cost 1, which can sit well above
+// the largest unscaled one, so the reduced costs are unscaled in full here.
 void unscaled_violations(GLP *g, double *pv, double *dv) {
   double p = 0.0, d = 0.0;
   const int n = g->n;
@@ -172,8 +173,11 @@ void unscaled_violations(GLP *g, double *pv, double *dv) {
     e = j < n ? e / g->cscale[j] : e * g->rscale[j - n];
     d = std::max(d, e);
   }
+  double cmax = 1.0;
+  const Model *model = g->model;
+  for (int j = 0; j < model->nVars; j++) cmax = std::max(cmax, std::fabs(model->cost[j]));
   *pv = p;
-  *dv = d;
+  *dv = d / (g->objscale * cmax);
 }
 
 // Nonzeroes of the factors with their updates.
@@ -209,11 +213,14 @@ void pperturb(GLP *g) {
     const int j = g->rbas[p];
     const double lo = g->clb[j], up = g->cub[j];
     if (!(up > lo)) continue;  // fixed variables stay fixed
-    const double width = up < inf && lo > -inf ? std::min(1.0, (up - lo) / 2) : 1.0;
+    // Sizes are taken from the true bounds, and a bound only ever widens: a
+    // restart must not pile shifts on shifts, nor cut a basic out of its box.
+    const double tlo = g->clbTrue[j], tup = g->cubTrue[j];
+    const double width = tup < inf && tlo > -inf ? std::min(1.0, (tup - tlo) / 2) : 1.0;
     const double r1 = static_cast<double>(std::rand()) / RAND_MAX;
     const double r2 = static_cast<double>(std::rand()) / RAND_MAX;
-    if (lo > -inf) g->clb[j] = lo - base * width * (1.0 + std::fabs(lo)) * (1.0 + 9.0 * r1);
-    if (up < inf) g->cub[j] = up + base * width * (1.0 + std::fabs(up)) * (1.0 + 9.0 * r2);
+    if (lo > -inf) g->clb[j] = std::min(lo, tlo - base * width * (1.0 + std::fabs(tlo)) * (1.0 + 9.0 * r1));
+    if (up < inf) g->cub[j] = std::max(up, tup + base * width * (1.0 + std::fabs(tup)) * (1.0 + 9.0 * r2));
   }
 }
 

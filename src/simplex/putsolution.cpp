@@ -9,6 +9,13 @@
 int compsol(GLP *g) {
   // Reduced costs and duals of the true objective (phase 1 leaves others).
   if (g->factorFailed) return 0;
+  // An optimal point gets its basic values afresh from the final factors (with
+  // a refinement step): the values the iterations updated carry the rounding
+  // of every step since the last factorisation.
+  if (g->stat == GLP_OPTIMAL && g->m > 0) {
+    const int rc = spx_compute_xb(g);
+    if (rc) return rc;
+  }
   if (g->phase != 2 || g->stat != GLP_OPTIMAL) {
     const int rc = spx_compute_duals(g, g->objv);
     if (rc) return rc;

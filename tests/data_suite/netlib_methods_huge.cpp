@@ -1,0 +1,45 @@
+// The netlib models that take minutes (dfl001, qap12, qap15): primal, dual and
+// the free method, each with presolve off and with the default presolve.  Label
+// data-huge: `make test-huge` runs them; they are kept out of `make test`.
+#include "data_suite/netlib_dual_common.h"
+#include "netlib_presolve_common.h"
+
+namespace {
+
+using kxtest::NetlibCase;
+
+std::vector<NetlibCase> huge_cases() {
+  std::vector<NetlibCase> out;
+  for (const NetlibCase &c : kxtest::netlib_manifest())
+    if (kxtest::netlib_is_huge(c.name)) out.push_back(c);
+  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
+  return out;
+}
+
+class NetlibHuge : public testing::TestWithParam<NetlibCase> {};
+
+TEST_P(NetlibHuge, PrimalPresolveOff) {
+  if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";
+  kxtest::solve_and_check(GetParam(), KX_METHOD_PSIMPLEX, 1);
+}
+
+TEST_P(NetlibHuge, DualAndFreePresolveOff) {
+  if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";
+  kxtest::dual_solve_and_check(GetParam(), KX_METHOD_DSIMPLEX, -2, -2);
+  kxtest::dual_solve_and_check(GetParam(), KX_METHOD_FREE, -2, -2);
+}
+
+TEST_P(NetlibHuge, DefaultPresolveByEachMethod) {
+  if (!netpre::have_netlib()) GTEST_SKIP() << "netlib data absent";
+  for (const auto &e : netpre::manifest()) {
+    if (e.name != GetParam().name) continue;
+    for (int method : {0, 1, 2}) {
+      SCOPED_TRACE(e.name + " method " + std::to_string(method));
+      netpre::check_model(e, method);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Netlib, NetlibHuge, testing::ValuesIn(huge_cases()), kxtest::case_label);
+
+}  // namespace

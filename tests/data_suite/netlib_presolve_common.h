@@ -137,11 +137,7 @@ inline void check_model(const Entry &e, int method) {
   const Kkt k = kkt(m);
   EXPECT_LE(k.pinf, 1e-7) << e.name << " primal infeasibility";
   EXPECT_LE(k.dinf, 1e-7) << e.name << " dual infeasibility";
-  // Known open defect: the primal's stopping test (simplex unscaled_violations)
-  // measures reduced costs relative to the largest *scaled* cost, 4 times the
-  // largest cost on nesm's reduced model, so it stops with a column at its lower
-  // bound and d_j = -2.1e-4 (2.1e-7 of the largest cost), present before postsolve.
-  EXPECT_LE(k.compl_, e.name == "nesm" && method == 1 ? 5e-7 : 1e-7) << e.name << " complementarity";
+  EXPECT_LE(k.compl_, 1e-7) << e.name << " complementarity";
   EXPECT_EQ(k.basics, m->nCons) << e.name << " basic count";
   EXPECT_EQ(k.badNonbasic, 0) << e.name << " nonbasics off their bounds";
   gen_free_presolve(m);

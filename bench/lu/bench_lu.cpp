@@ -1,13 +1,23 @@
-// bench_lu - factorisation and solve speed of the LU engine on generated bases.
+// bench_lu - factorisation and solve speed of the LU engine on generated bases
+// and on bases taken from real LPs.
 //
-//   bench_lu [scale]      scale 1 (default) runs orders 1,000 to 100,000
+//   bench_lu [scale] [--no-real | --real-only] [--models a,b,...] [--basis-dir DIR]
 //
-// For each basis: factor time, fill nnz(L+U)/nnz(B) (L etas, U off-diagonals and
-// the diagonal), and FTRAN/BTRAN microseconds per solve for unit and dense
-// right-hand sides.  Last, the hypersparse check: FTRAN of unit vectors on a
-// near-triangular basis at orders 20,000 and 200,000 side by side.
+// scale 1 (default) runs the generated orders 1,000 to 100,000.  For each basis:
+// factor time, fill nnz(L+U)/nnz(B) (L etas, U off-diagonals and the diagonal),
+// and FTRAN/BTRAN microseconds per solve for unit and dense right-hand sides.
+// Then the hypersparse check: FTRAN of unit vectors on a near-triangular basis at
+// orders 20,000 and 200,000 side by side.
+//
+// Last, the real bases: netlib models read from $KORVA_DATA_DIR/netlib (default
+// ../shared/data), solved by the dual simplex without presolve (an iteration
+// limit keeps the slow ones short), and the final basis factorised on its own.
+// Solves: unit vectors, columns of A (the simplex's FTRAN of an entering column),
+// dense vectors; then a run of column replacements and the solves after them.
+// With --basis-dir the bases are kept in DIR/<model>.bas and read back on later
+// runs, so that two builds are measured on the same matrices.
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +26,7 @@
 #include <string>
 #include <vector>
 
+#include "korva.h"
 #include "lu/slu.h"
 
 namespace {
@@ -144,9 +155,12 @@ Basis near_triangular(int m, uint32_t seed) {
     return B.finish(rng);
 }
 
+// CPU time of this thread: the machines we measure on are often shared, and
+// wall time then counts other people's work.
 double now_us() {
-    using namespace std::chrono;
-    return (double)duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count() * 1e-3;
+    timespec ts;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return (double)ts.tv_sec * 1e6 + (double)ts.tv_nsec * 1e-3;
 }
 
 struct Result {
@@ -228,10 +242,378 @@ Result measure(Basis &b, int unitSolves, int denseSolves, bool withDense = true)
     return R;
 }
 
+// ----- real bases ----------------------------------------------------------
+
+struct RealModel {
+    const char *name;
+    int iterLimit;  // 0: solve to the end
+};
+
+// Iteration limits keep the whole table within a minute or two.
+const RealModel kRealModels[] = {
+    {"25fv47", 0},     {"pilot87", 3000}, {"greenbea", 4000}, {"stocfor3", 6000},
+    {"truss", 3000},   {"dfl001", 5000},  {"qap12", 2500},
+};
+
+// The model's matrix by columns, and a basis over it (basic slacks as unit columns).
+struct RealLP {
+    int m = 0, n = 0;
+    std::vector<int> beg, len, ind;
+    std::vector<double> val;
+    std::vector<int> cstat, rstat;
+    int iters = 0;
+};
+
+bool file_exists(const std::string &f) {
+    FILE *fp = std::fopen(f.c_str(), "rb");
+    if (!fp) return false;
+    std::fclose(fp);
+    return true;
+}
+
+bool read_basis(const std::string &f, RealLP &lp) {
+    FILE *fp = std::fopen(f.c_str(), "r");
+    if (!fp) return false;
+    int n = 0, m = 0;
+    bool ok = std::fscanf(fp, "%d %d %d", &n, &m, &lp.iters) == 3 && n == lp.n && m == lp.m;
+    lp.cstat.assign(n, 0);
+    lp.rstat.assign(m, 0);
+    for (int j = 0; ok && j < n; j++) ok = std::fscanf(fp, "%d", &lp.cstat[j]) == 1;
+    for (int i = 0; ok && i < m; i++) ok = std::fscanf(fp, "%d", &lp.rstat[i]) == 1;
+    std::fclose(fp);
+    return ok;
+}
+
+void write_basis(const std::string &f, const RealLP &lp) {
+    FILE *fp = std::fopen(f.c_str(), "w");
+    if (!fp) return;
+    std::fprintf(fp, "%d %d %d\n", lp.n, lp.m, lp.iters);
+    for (int v : lp.cstat) std::fprintf(fp, "%d\n", v);
+    for (int v : lp.rstat) std::fprintf(fp, "%d\n", v);
+    std::fclose(fp);
+}
+
+// Read the model, solve it (or read its kept basis); false with a note on failure.
+bool load_real(const std::string &file, const RealModel &rm, const std::string &basisDir, RealLP &lp,
+               std::string &note) {
+    int err = 0;
+    pEnv env = KXcreateEnv(&err);
+    if (!env) {
+        note = "no environment";
+        return false;
+    }
+    pModel model = KXcreateModel(env, &err);
+    bool ok = model != nullptr;
+    if (ok && (err = KXreadMPSFile(model, file.c_str(), KX_MPS_FIXED)) != 0)
+        ok = KXreadMPSFile(model, file.c_str(), KX_MPS_FREE) == 0;
+    if (!ok) note = "cannot read";
+    int nz = 0;
+    if (ok) {
+        KXgetInfo(model, KX_IINFO_NUM_CONS, &lp.m);
+        KXgetInfo(model, KX_IINFO_NUM_VARS, &lp.n);
+        KXgetInfo(model, KX_IINFO_NUM_NONZ, &nz);
+        lp.beg.assign(lp.n + 1, 0);
+        lp.len.assign(lp.n, 0);
+        lp.ind.assign(std::max(nz, 1), 0);
+        lp.val.assign(std::max(nz, 1), 0.0);
+        ok = KXgetLPData(model, nullptr, nullptr, nullptr, nullptr, nullptr, lp.beg.data(), lp.len.data(),
+                         lp.val.data(), lp.ind.data(), nullptr, nullptr) == 0;
+        if (!ok) note = "no matrix";
+    }
+    const std::string kept = basisDir.empty() ? "" : basisDir + "/" + rm.name + ".bas";
+    if (ok && !(kept.size() && read_basis(kept, lp))) {
+        KXsetModelIntParameter(model, KX_IPARAM_LP_PRELEVEL, 0);
+        KXsetModelIntParameter(model, KX_IPARAM_LP_PRINTLEVEL, 0);
+        if (rm.iterLimit > 0) KXsetModelIntParameter(model, KX_IPARAM_LP_ITRLMT, rm.iterLimit);
+        int status = 0;
+        KXoptimize(model, KX_METHOD_DSIMPLEX, &status);
+        KXgetInfo(model, KX_IINFO_SIM_ITER, &lp.iters);
+        lp.cstat.assign(lp.n, 0);
+        lp.rstat.assign(lp.m, 0);
+        ok = KXgetBasis(model, lp.cstat.data(), lp.rstat.data()) == 0;
+        if (!ok) note = "no basis";
+        if (ok && kept.size()) write_basis(kept, lp);
+    }
+    KXdeleteModel(&model);
+    KXdeleteEnv(&env);
+    return ok;
+}
+
+// B from the basis statuses: position p holds the variable with status p; a
+// basic slack is the unit column of its row (the simplex's logical s = b - a x
+// enters a x + s = b with coefficient +1).
+bool basis_matrix(const RealLP &lp, Basis &b, std::vector<int> &nonbasic) {
+    const int m = lp.m, n = lp.n;
+    std::vector<int> var(m, -1);
+    nonbasic.clear();
+    for (int j = 0; j < n + m; j++) {
+        const int s = j < n ? lp.cstat[j] : lp.rstat[j - n];
+        if (s >= 0 && s < m && var[s] < 0)
+            var[s] = j;
+        else if (j < n && lp.len[j] > 0)
+            nonbasic.push_back(j);
+    }
+    b = Basis{};
+    b.m = m;
+    for (int p = 0; p < m; p++) {
+        const int j = var[p];
+        if (j < 0) return false;
+        b.beg.push_back((int)b.ind.size());
+        if (j < n) {
+            for (int k = lp.beg[j]; k < lp.beg[j] + lp.len[j]; k++) {
+                b.ind.push_back(lp.ind[k]);
+                b.val.push_back(lp.val[k]);
+            }
+            b.len.push_back(lp.len[j]);
+        } else {
+            b.ind.push_back(j - n);
+            b.val.push_back(1.0);
+            b.len.push_back(1);
+        }
+    }
+    return true;
+}
+
+// Solves with scattered vectors as the simplex makes them; the output is
+// cleared after each solve (the caller's job in the simplex too).
+struct Solver {
+    SLU *h;
+    int m;
+    std::vector<int> inInd, outInd;
+    std::vector<double> inVal, outVal;
+    int64_t nnzOut = 0;
+    Solver(SLU *hh, int mm) : h(hh), m(mm), inInd(mm + 1), outInd(mm + 1), inVal(mm + 1, 0.0), outVal(mm + 1, 0.0) {}
+    void run(const int *ind, const double *val, int cnt, bool ftran, int save = 0) {
+        for (int k = 0; k < cnt; k++) {
+            inInd[k] = ind[k];
+            inVal[ind[k]] = val[k];
+        }
+        SLUVec in{cnt, inInd.data(), inVal.data(), 1}, out{0, outInd.data(), outVal.data(), 1};
+        if (ftran)
+            slu_do_ftran(h, &in, &out, save);
+        else
+            slu_do_btran(h, &in, &out);
+        for (int k = 0; k < cnt; k++) inVal[ind[k]] = 0.0;
+        nnzOut += out.count;
+        for (int k = 0; k < out.count; k++) outVal[outInd[k]] = 0.0;
+    }
+};
+
+struct RealResult {
+    double factorMs = 0, fill = 0;
+    double ftUnit = 0, btUnit = 0, ftCol = 0, btCol = 0, ftDense = 0, btDense = 0;
+    double ftUnitNnz = 0, btUnitNnz = 0, ftColNnz = 0;
+    double updUs = 0, ftColAfter = 0, btUnitAfter = 0, resid = 0;
+    int nUpd = 0, status = 0;
+};
+
+RealResult measure_real(Basis &b, const RealLP &lp, const std::vector<int> &nonbasic) {
+    RealResult R;
+    const int m = b.m;
+    int st = 0;
+    SLU *h = slu_create(m, &b, fetch, &st);
+    slu_set_ipar(h, SLU_IPAR_PRINT_LEVEL, 0);
+    double best = 1e300;
+    for (int r = 0; r < 3; r++) {
+        const double t0 = now_us();
+        st = slu_do_factor(h, nullptr);
+        best = std::min(best, now_us() - t0);
+    }
+    R.status = st;
+    R.factorMs = best * 1e-3;
+    R.fill = (double)(slu_num_lnonz(h) + slu_num_unonz(h) + m) / (double)b.nnz();
+    if (st != 0) {
+        slu_delete(&h);
+        return R;
+    }
+    std::mt19937 rng(17);
+    Solver S(h, m);
+    const int nUnit = 2000, nCol = 2000, nDense = std::max(20, std::min(200, 2000000 / std::max(1, (int)b.nnz())));
+    std::vector<int> units(nUnit), cols(nCol);
+    for (auto &u : units) u = (int)(rng() % m);
+    for (auto &c : cols) c = nonbasic.empty() ? -1 : nonbasic[rng() % nonbasic.size()];
+    const double one = 1.0;
+    auto time_units = [&](bool ftran, double *nnz) {
+        S.nnzOut = 0;
+        const double t0 = now_us();
+        for (int u : units) S.run(&u, &one, 1, ftran);
+        const double t = (now_us() - t0) / nUnit;
+        if (nnz) *nnz = (double)S.nnzOut / nUnit;
+        return t;
+    };
+    auto time_cols = [&](bool ftran, double *nnz) {
+        if (nonbasic.empty()) return 0.0;
+        S.nnzOut = 0;
+        const double t0 = now_us();
+        for (int j : cols) S.run(lp.ind.data() + lp.beg[j], lp.val.data() + lp.beg[j], lp.len[j], ftran);
+        const double t = (now_us() - t0) / nCol;
+        if (nnz) *nnz = (double)S.nnzOut / nCol;
+        return t;
+    };
+    R.ftUnit = time_units(true, &R.ftUnitNnz);
+    R.btUnit = time_units(false, &R.btUnitNnz);
+    R.ftCol = time_cols(true, &R.ftColNnz);
+    R.btCol = time_cols(false, nullptr);
+    {
+        std::vector<double> a(m), x(m);
+        std::uniform_real_distribution<double> U(-1.0, 1.0);
+        for (auto &v : a) v = U(rng);
+        std::vector<int> dind(m + 1);
+        SLUVec din{-1, nullptr, a.data(), 0}, dout{0, dind.data(), x.data(), 0};
+        double t0 = now_us();
+        for (int k = 0; k < nDense; k++) slu_do_ftran(h, &din, &dout, 0);
+        R.ftDense = (now_us() - t0) / nDense;
+        R.resid = residual(b, x, a);
+        t0 = now_us();
+        for (int k = 0; k < nDense; k++) slu_do_btran(h, &din, &dout);
+        R.btDense = (now_us() - t0) / nDense;
+    }
+    // Column replacements: an entering column of A replaces the position with its
+    // largest transformed entry, as a simplex step would (timed: the FTRAN that
+    // saves the spike and the update).
+    const int nUpd = std::min(100, m / 10);
+    std::vector<char> used(lp.n, 0);
+    double tUpd = 0.0;
+    std::vector<int> outInd(m + 1);
+    std::vector<double> outVal(m + 1, 0.0), inVal(m + 1, 0.0);
+    std::vector<int> inInd(m + 1);
+    for (int k = 0; k < nUpd && !nonbasic.empty(); k++) {
+        int j = -1;
+        for (int tries = 0; tries < 50 && j < 0; tries++) {
+            const int c = nonbasic[rng() % nonbasic.size()];
+            if (!used[c]) j = c;
+        }
+        if (j < 0) break;
+        const int cnt = lp.len[j];
+        for (int e = 0; e < cnt; e++) {
+            inInd[e] = lp.ind[lp.beg[j] + e];
+            inVal[inInd[e]] = lp.val[lp.beg[j] + e];
+        }
+        SLUVec in{cnt, inInd.data(), inVal.data(), 1}, out{0, outInd.data(), outVal.data(), 1};
+        const double t0 = now_us();
+        slu_do_ftran(h, &in, &out, 1);
+        double t1 = now_us();
+        for (int e = 0; e < cnt; e++) inVal[inInd[e]] = 0.0;
+        int p = -1;
+        double big = 0.0;
+        for (int e = 0; e < out.count; e++)
+            if (std::fabs(outVal[outInd[e]]) > big) {
+                big = std::fabs(outVal[outInd[e]]);
+                p = outInd[e];
+            }
+        for (int e = 0; e < out.count; e++) outVal[outInd[e]] = 0.0;
+        if (p < 0 || big < 1e-7) continue;
+        const double t2 = now_us();
+        const int rc = slu_update(h, p);
+        tUpd += (t1 - t0) + (now_us() - t2);
+        if (rc != 0) break;
+        used[j] = 1;
+        // Keep the basis matrix in step (for the residual check below).
+        b.beg[p] = (int)b.ind.size();
+        b.len[p] = cnt;
+        for (int e = 0; e < cnt; e++) {
+            b.ind.push_back(lp.ind[lp.beg[j] + e]);
+            b.val.push_back(lp.val[lp.beg[j] + e]);
+        }
+        R.nUpd++;
+    }
+    if (R.nUpd > 0) {
+        R.updUs = tUpd / R.nUpd;
+        R.ftColAfter = time_cols(true, nullptr);
+        R.btUnitAfter = time_units(false, nullptr);
+        std::vector<double> a(m), x(m);
+        std::uniform_real_distribution<double> U(-1.0, 1.0);
+        for (auto &v : a) v = U(rng);
+        std::vector<int> dind(m + 1);
+        SLUVec din{-1, nullptr, a.data(), 0}, dout{0, dind.data(), x.data(), 0};
+        slu_do_ftran(h, &din, &dout, 0);
+        R.resid = std::max(R.resid, residual(b, x, a));
+    }
+    slu_delete(&h);
+    return R;
+}
+
+void run_real(const std::string &dataDir, const std::vector<std::string> &only, const std::string &basisDir) {
+    const std::string dir = dataDir + "/netlib/feasible";
+    std::printf("\nBases of netlib models (dual simplex, presolve off, final basis; data %s):\n", dir.c_str());
+    if (!file_exists(dir + "/afiro.mps.gz") && !file_exists(dir + "/25fv47.mps.gz")) {
+        std::printf("  no netlib data under %s: the real-basis part is skipped (set KORVA_DATA_DIR)\n", dir.c_str());
+        return;
+    }
+    std::printf("%-9s %6s %7s %6s %8s %5s %5s %8s %8s %8s %8s %8s %8s %6s %6s %5s %7s %8s %8s %7s\n", "model", "m",
+                "iters", "slack", "nnz(B)", "fact", "fill", "FT unit", "BT unit", "FT col", "BT col", "FT dens",
+                "BT dens", "FTu nz", "FTc nz", "BTu", "upd", "FTcol+u", "BTunit+u", "resid");
+    std::printf("%-9s %6s %7s %6s %8s %5s %5s %8s %8s %8s %8s %8s %8s %6s %6s %5s %7s %8s %8s %7s\n", "", "", "",
+                "", "", "ms", "", "us", "us", "us", "us", "us", "us", "avg", "avg", "nz", "us", "us", "us", "");
+    for (const RealModel &rm : kRealModels) {
+        if (!only.empty() && std::find(only.begin(), only.end(), rm.name) == only.end()) continue;
+        const std::string file = dir + "/" + rm.name + ".mps.gz";
+        if (!file_exists(file)) {
+            std::printf("%-9s (not in the data set)\n", rm.name);
+            continue;
+        }
+        RealLP lp;
+        std::string note;
+        if (!load_real(file, rm, basisDir, lp, note)) {
+            std::printf("%-9s (%s)\n", rm.name, note.c_str());
+            continue;
+        }
+        Basis b;
+        std::vector<int> nonbasic;
+        if (!basis_matrix(lp, b, nonbasic)) {
+            std::printf("%-9s (incomplete basis)\n", rm.name);
+            continue;
+        }
+        int slacks = 0;
+        for (int i = 0; i < lp.m; i++) slacks += lp.rstat[i] >= 0;
+        const int64_t nnzB = b.nnz();
+        RealResult r = measure_real(b, lp, nonbasic);
+        std::printf("%-9s %6d %7d %6d %8lld %5.1f %5.2f %8.2f %8.2f %8.2f %8.2f %8.1f %8.1f %6.0f %6.0f %5.0f %7.1f "
+                    "%8.2f %8.2f %7.1e%s\n",
+                    rm.name, lp.m, lp.iters, slacks, (long long)nnzB, r.factorMs, r.fill, r.ftUnit, r.btUnit, r.ftCol,
+                    r.btCol, r.ftDense, r.btDense, r.ftUnitNnz, r.ftColNnz, r.btUnitNnz, r.updUs, r.ftColAfter,
+                    r.btUnitAfter, r.resid, r.status ? "  (singular)" : "");
+        std::fflush(stdout);
+    }
+    std::printf("iters: dual iterations to the basis; upd: FTRAN with the spike plus the update, over %s\n",
+                "up to 100 replacements; +u: after them");
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
-    const double scale = argc > 1 ? std::atof(argv[1]) : 1.0;
+    double scale = 1.0;
+    bool gen = true, real = true;
+    std::vector<std::string> only;
+    std::string basisDir;
+    for (int a = 1; a < argc; a++) {
+        const std::string s = argv[a];
+        if (s == "--no-real") {
+            real = false;
+        } else if (s == "--real-only") {
+            gen = false;
+        } else if (s == "--models" && a + 1 < argc) {
+            std::string list = argv[++a];
+            size_t p = 0;
+            while (p <= list.size()) {
+                const size_t q = std::min(list.find(',', p), list.size());
+                if (q > p) only.push_back(list.substr(p, q - p));
+                p = q + 1;
+            }
+        } else if (s == "--basis-dir" && a + 1 < argc) {
+            basisDir = argv[++a];
+        } else if (!s.empty() && s[0] != '-') {
+            scale = std::atof(s.c_str());
+        } else {
+            std::fprintf(stderr, "usage: bench_lu [scale] [--no-real | --real-only] [--models a,b] [--basis-dir DIR]\n");
+            return 2;
+        }
+    }
+    if (!gen) {
+        const char *e = std::getenv("KORVA_DATA_DIR");
+        run_real(e && *e ? e : "../shared/data", only, basisDir);
+        return 0;
+    }
     std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "basis", "order", "nnz(B)", "factor", "pass", "fill",
                 "FT unit", "BT unit", "FT nnz", "BT nnz", "FT dense", "BT dense", "residual");
     std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "", "", "", "ms", "", "", "us", "us", "avg", "avg",
@@ -257,6 +639,11 @@ int main(int argc, char **argv) {
         Result r = measure(b, 20000, 0, false);
         std::printf("%8d %9lld %10.2f %6.2f %12.3f %12.3f %8.2f %8.2f\n", m, (long long)b.nnz(), r.factorMs, r.fill,
                     r.ftUnit, r.btUnit, r.ftNnz, r.btNnz);
+    }
+    if (real) {
+        std::fflush(stdout);
+        const char *e = std::getenv("KORVA_DATA_DIR");
+        run_real(e && *e ? e : "../shared/data", only, basisDir);
     }
     return 0;
 }

@@ -4,8 +4,8 @@
 #include "lu/slu.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
@@ -77,6 +77,8 @@ inline void row_remove_at(SLUStore &s, int i, int at) {
     s.len[i]--;
 }
 
+// Largest magnitude in row i of the active part, kept until the row changes
+// (the elimination of a row computes it on the way).
 inline double row_max(SLUFactor &f, int i) {
     double v = f.rowMaxAbs[i];
     if (v >= 0.0) return v;
@@ -84,7 +86,48 @@ inline double row_max(SLUFactor &f, int i) {
     const double *val = f.urow.val.data() + f.urow.beg[i];
     for (int k = 0, l = f.urow.len[i]; k < l; k++) v = std::max(v, std::fabs(val[k]));
     f.rowMaxAbs[i] = v;
+    f.accCnt[i] = -1;
     return v;
+}
+
+// The entries of row i that pass the threshold of this pass: up to kAccept of
+// them are kept with their magnitudes, with their count (-1: not known yet).
+constexpr int kAccept = 4;
+void row_accept(SLUFactor &f, int i, double bound) {
+    const int *ind = f.urow.ind.data() + f.urow.beg[i];
+    const double *val = f.urow.val.data() + f.urow.beg[i];
+    int *ac = f.accCol.data() + (size_t)i * kAccept;
+    double *av = f.accVal.data() + (size_t)i * kAccept;
+    int n = 0;
+    for (int k = 0, l = f.urow.len[i]; k < l; k++) {
+        const double a = std::fabs(val[k]);
+        if (a < bound) continue;
+        if (n < kAccept) {
+            ac[n] = ind[k];
+            av[n] = a;
+        }
+        n++;
+    }
+    f.accCnt[i] = n;
+}
+
+// |a_ic| when entry (i, c) passes row i's threshold, else -1.  The column
+// search asks this of many rows between two changes of a row: the kept
+// entries answer without a search of the row unless the row has many.
+inline double accepted(SLUFactor &f, int i, int c, double u, double absTol) {
+    const double rmax = row_max(f, i);
+    if (f.accCnt[i] < 0) row_accept(f, i, std::max(u * rmax, absTol));
+    const int n = f.accCnt[i];
+    if (n <= kAccept) {
+        const int *ac = f.accCol.data() + (size_t)i * kAccept;
+        for (int t = 0; t < n; t++)
+            if (ac[t] == c) return f.accVal[(size_t)i * kAccept + t];
+        return -1.0;
+    }
+    const int at = row_find(f.urow, i, c);
+    if (at < 0) return -1.0;
+    const double a = std::fabs(f.urow.val[at]);
+    return a >= std::max(u * rmax, absTol) ? a : -1.0;
 }
 
 inline void set_pivot(SLUFactor &f, int r, int c, double piv) {
@@ -135,8 +178,6 @@ int init_factor(Ctx &x, const int *head) {
     std::fill(f.colPos.begin(), f.colPos.end(), SLU_UNPIVOTED);
     std::fill(f.etaOfRow.begin(), f.etaOfRow.end(), -1);
     std::fill(f.rowMaxAbs.begin(), f.rowMaxAbs.end(), -1.0);
-    std::fill(f.candRow.begin(), f.candRow.end(), 0);
-    std::fill(f.candCol.begin(), f.candCol.end(), 0);
     f.maxAbsA = 0.0;
     f.maxAbsU = 0.0;
     f.nnzA = 0;
@@ -181,8 +222,8 @@ int init_factor(Ctx &x, const int *head) {
         }
         s.used = (int)pos;
         const int64_t size = pos + 2 * total + 1024;
-        s.ind.assign((size_t)size, 0);
-        s.val.assign((size_t)size, 0.0);
+        s.ind.resize((size_t)size);
+        s.val.resize((size_t)size);
     }
     {
         SLUStore &s = f.ucol;
@@ -195,13 +236,21 @@ int init_factor(Ctx &x, const int *head) {
         }
         s.used = (int)pos;
         const int64_t size = pos + 2 * total + 1024;
-        s.ind.assign((size_t)size, 0);
+        s.ind.resize((size_t)size);
         s.val.clear();
     }
 
     // Pass 2: fill rows and patterns; pivot the column singletons on the spot.
+    // The columns go in by the caller's column number, not by position, and so
+    // do they into the kernel's lists: every choice after this depends on the
+    // entries and their order in the rows and lists only, so the same columns
+    // in another order give the same pivots and the same factors.
+    std::vector<int> &byCol = f.posOrder;
+    byCol.resize(m);
+    for (int p = 0; p < m; p++) byCol[p] = p;
+    if (head) std::stable_sort(byCol.begin(), byCol.end(), [head](int a, int b) { return head[a] < head[b]; });
     double maxA = 0.0;
-    for (int p = 0; p < m; p++) {
+    for (int p : byCol) {
         int *ri = nullptr;
         double *rv = nullptr;
         const int col = head ? head[p] : p;
@@ -335,9 +384,16 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
     int rl = f.urow.len[i];
     int *ind = f.urow.ind.data() + f.urow.beg[i];
     double *val = f.urow.val.data() + f.urow.beg[i];
+    char *waits = f.colWaits.data();
     int matched = 0;
+    double vmax = 0.0;
     for (int e = 0; e < rl;) {
         const int j = ind[e];
+        if (waits[j]) {
+            // The row changes: its entry may now pass the threshold.
+            waits[j] = 0;
+            list_link(f.colLists, x.m, j, f.ucol.len[j]);
+        }
         if (mark[j] == 1) {
             const double v = val[e] - l * wv[j];
             mark[j] = 2;
@@ -351,6 +407,7 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
             }
             val[e] = v;
         }
+        vmax = std::max(vmax, std::fabs(val[e]));
         e++;
     }
     f.urow.len[i] = rl;
@@ -367,6 +424,7 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
                 ind[rl] = j;
                 val[rl] = v;
                 rl++;
+                vmax = std::max(vmax, std::fabs(v));
                 if (f.ucol.len[j] == f.ucol.cap[j]) slu_store_reserve(f.ucol, j, 1, x.spare);
                 f.ucol.ind[f.ucol.beg[j] + f.ucol.len[j]++] = i;
             }
@@ -375,11 +433,10 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
         }
     }
     f.urow.len[i] = rl;
-    f.rowMaxAbs[i] = -1.0;
-    if (!f.candRow[i]) {
-        list_unlink(f.rowLists, i);
-        list_link(f.rowLists, x.m, i, rl);
-    }
+    f.rowMaxAbs[i] = vmax;
+    f.accCnt[i] = -1;
+    list_unlink(f.rowLists, i);
+    list_link(f.rowLists, x.m, i, rl);
 }
 
 // Pivot on (r, c) and eliminate the other rows of column c.
@@ -388,6 +445,7 @@ void kern_row(Ctx &x, int r, int c) {
     const int m = x.m;
     list_unlink(f.rowLists, r);
     list_unlink(f.colLists, c);
+    f.colWaits[c] = 0;
     const int at = row_find(f.urow, r, c);
     const double piv = f.urow.val[at];
     row_remove_at(f.urow, r, at);
@@ -405,6 +463,7 @@ void kern_row(Ctx &x, int r, int c) {
             pivCols.push_back(j);
             line_remove(f.ucol, j, r);
             list_unlink(f.colLists, j);
+            f.colWaits[j] = 0;  // linked again below
         }
     }
     std::vector<int> &colRows = f.listB;
@@ -422,93 +481,95 @@ void kern_row(Ctx &x, int r, int c) {
     for (int j : pivCols) {
         f.workMark[j] = 0;
         f.workVal[j] = 0.0;
-        if (!f.candCol[j]) list_link(f.colLists, m, j, f.ucol.len[j]);
+        list_link(f.colLists, m, j, f.ucol.len[j]);
     }
 }
 
-// Row test: best column of row r for the threshold; returns column or -1.
-int pick_by_row(Ctx &x, int r, int k, int *cnt) {
+// Markowitz search for one pivot: columns, then rows, of count k = 2, 3, ...
+// A candidate must pass the threshold on its row; the least merit (r-1)(c-1)
+// wins, and between equal merits the larger pivot relative to its row (which
+// keeps the growth down and spares the control loop a second pass).  The search
+// ends when no later line can beat the best merit, or once numCandits lines have
+// been searched since the first candidate.
+bool pick_pivot(Ctx &x, int &pr, int &pc) {
     SLUFactor &f = x.f;
-    const double bound = std::max(x.h->pivRelNow * row_max(f, r), x.h->epsPivAbs);
-    const int b = f.urow.beg[r];
-    int best = INT_MAX, bestc = -1;
-    for (int e = f.urow.len[r] - 1; e >= 0; e--) {
-        const int j = f.urow.ind[b + e];
-        if (f.candCol[j]) continue;
-        const int cc = f.ucol.len[j];
-        if (cc < best && std::fabs(f.urow.val[b + e]) >= bound) {
-            best = cc;
-            bestc = j;
-            if (best <= k) break;
-        }
-    }
-    *cnt = best;
-    return bestc;
-}
-
-// Column test: best row of column c; returns row or -1.
-int pick_by_col(Ctx &x, int c, int k, int *cnt) {
-    SLUFactor &f = x.f;
-    const int b = f.ucol.beg[c];
-    int best = INT_MAX, besti = -1;
-    for (int e = f.ucol.len[c] - 1; e >= 0; e--) {
-        const int i = f.ucol.ind[b + e];
-        if (f.candRow[i]) continue;
-        const int rc = f.urow.len[i];
-        if (rc >= best) continue;
-        const int at = row_find(f.urow, i, c);
-        if (at < 0) continue;
-        const double a = std::fabs(f.urow.val[at]);
-        if (a >= std::max(x.h->pivRelNow * row_max(f, i), x.h->epsPivAbs)) {
-            best = rc;
-            besti = i;
-            if (best <= k) break;
-        }
-    }
-    *cnt = best;
-    return besti;
-}
-
-void add_candidate(Ctx &x, int r, int c, int64_t merit) {
-    SLUFactor &f = x.f;
-    f.candRow[r] = 1;
-    f.candCol[c] = 1;
-    list_unlink(f.rowLists, r);
-    list_unlink(f.colLists, c);
-    auto &L = f.candList;
-    size_t pos = L.size();
-    while (pos > 0 && L[pos - 1].merit > merit) pos--;
-    L.insert(L.begin() + pos, SLUCand{r, c, merit});
-}
-
-void pickz_pivots(Ctx &x) {
-    SLUFactor &f = x.f;
+    SLU *h = x.h;
     const int m = x.m;
-    f.candList.clear();
+    const int want = std::max(1, h->numCandits);
+    const double u = h->pivRelNow, absTol = h->epsPivAbs;
     const int remaining = m - f.nPiv;
-    const int want = std::max(1, std::min(x.h->numCandits, remaining - 1));
-    int k = 2;
-    while (k <= remaining && (int)f.candList.size() < want) {
-        const int r = list_first(f.rowLists, m, k);
-        if (r >= 0) {
-            int cnt = 0;
-            const int c = pick_by_row(x, r, k, &cnt);
-            if (c >= 0) {
-                add_candidate(x, r, c, (int64_t)(k - 1) * (cnt - 1));
+    int64_t best = INT64_MAX;
+    double bestRatio = 0.0;
+    int br = -1, bc = -1, found = 0;
+    const int *rlen = f.urow.len.data(), *clen = f.ucol.len.data();
+    for (int k = 2; k <= remaining; k++) {
+        const int64_t km1 = k - 1;
+        int cnext = -1;
+        for (int c = list_first(f.colLists, m, k); c >= 0; c = cnext) {
+            cnext = f.colLists.next[c] >= m ? -1 : f.colLists.next[c];
+            const int b = f.ucol.beg[c];
+            const bool full = br < 0;  // nothing pruned yet: every row gets tested
+            bool acceptable = false;
+            for (int e = 0; e < k; e++) {
+                const int i = f.ucol.ind[b + e];
+                const int64_t merit = km1 * (rlen[i] - 1);
+                if (merit > best) continue;
+                const double a = accepted(f, i, c, u, absTol);
+                if (a < 0.0) continue;
+                acceptable = true;
+                const double ratio = a / f.rowMaxAbs[i];
+                if (merit == best && ratio <= bestRatio) continue;
+                bestRatio = ratio;
+                best = merit;
+                br = i;
+                bc = c;
+            }
+            if (full && !acceptable) {
+                // No entry passes its row's threshold, and none will before one
+                // of its rows changes: the column waits outside the lists.
+                list_unlink(f.colLists, c);
+                f.colWaits[c] = 1;
                 continue;
             }
-        }
-        const int c = list_first(f.colLists, m, k);
-        if (c >= 0) {
-            int cnt = 0;
-            const int i = pick_by_col(x, c, k, &cnt);
-            if (i >= 0) {
-                add_candidate(x, i, c, (int64_t)(k - 1) * (cnt - 1));
-                continue;
+            if (br >= 0) {
+                found++;
+                if (best <= km1 * km1 || found >= want) {
+                    pr = br;
+                    pc = bc;
+                    return true;
+                }
             }
         }
-        k++;
+        for (int r = list_first(f.rowLists, m, k); r >= 0; r = f.rowLists.next[r] >= m ? -1 : f.rowLists.next[r]) {
+            const double rmax = row_max(f, r);
+            const double bound = std::max(u * rmax, absTol);
+            const int b = f.urow.beg[r];
+            for (int e = 0; e < k; e++) {
+                const int j = f.urow.ind[b + e];
+                const int64_t merit = km1 * (clen[j] - 1);
+                if (merit > best) continue;
+                const double a = std::fabs(f.urow.val[b + e]);
+                if (a < bound) continue;
+                if (merit == best && a <= bestRatio * rmax) continue;
+                bestRatio = a / rmax;
+                best = merit;
+                br = r;
+                bc = j;
+            }
+            if (br >= 0) {
+                found++;
+                if (best <= km1 * km1 || found >= want) {
+                    pr = br;
+                    pc = bc;
+                    return true;
+                }
+            }
+        }
+        if (br >= 0 && best <= (int64_t)k * k) break;  // later lines have both counts above k
     }
+    pr = br;
+    pc = bc;
+    return br >= 0;
 }
 
 void do_kern(Ctx &x) {
@@ -516,47 +577,47 @@ void do_kern(Ctx &x) {
     const int m = x.m;
     lists_init(f.rowLists, m);
     lists_init(f.colLists, m);
+    f.colWaits.assign(m, 0);
+    f.accCnt.assign(m, 0);
+    f.accCol.resize((size_t)m * kAccept);
+    f.accVal.resize((size_t)m * kAccept);
     for (int i = 0; i < m; i++)
         if (f.rowPos[i] == SLU_UNPIVOTED) {
             if (f.urow.len[i] == 0) f.status = SLU_STAT_SINGULAR;
             list_link(f.rowLists, m, i, f.urow.len[i]);
         }
-    for (int j = 0; j < m; j++)
+    for (int j : f.posOrder)
         if (f.colPos[j] == SLU_UNPIVOTED) {
             if (f.ucol.len[j] == 0) f.status = SLU_STAT_SINGULAR;
             list_link(f.colLists, m, j, f.ucol.len[j]);
         }
+    // Singletons of the active part first.  Their entries may come out of the
+    // elimination: one below the absolute pivot tolerance is a cancelled zero, and
+    // its line leaves the lists without a pivot (until an elimination changes it).
+    const double absTol = x.h->epsPivAbs;
     while (f.nPiv < m) {
-        int r = list_first(f.rowLists, m, 1);
+        const int r = list_first(f.rowLists, m, 1);
         if (r >= 0) {
-            kern_row(x, r, f.urow.ind[f.urow.beg[r]]);
+            const int b = f.urow.beg[r];
+            if (std::fabs(f.urow.val[b]) >= absTol)
+                kern_row(x, r, f.urow.ind[b]);
+            else
+                list_unlink(f.rowLists, r);
             continue;
         }
-        int c = list_first(f.colLists, m, 1);
+        const int c = list_first(f.colLists, m, 1);
         if (c >= 0) {
-            kern_row(x, f.ucol.ind[f.ucol.beg[c]], c);
+            const int i = f.ucol.ind[f.ucol.beg[c]];
+            const int at = row_find(f.urow, i, c);
+            if (at >= 0 && std::fabs(f.urow.val[at]) >= absTol)
+                kern_row(x, i, c);
+            else
+                list_unlink(f.colLists, c);
             continue;
         }
-        pickz_pivots(x);
-        if (f.candList.empty()) break;
-        for (size_t q = 0; q < f.candList.size(); q++) {
-            const SLUCand cd = f.candList[q];
-            f.candRow[cd.row] = 0;
-            f.candCol[cd.col] = 0;
-            const int at = row_find(f.urow, cd.row, cd.col);
-            bool ok = at >= 0;
-            if (ok && q > 0) {
-                const double a = std::fabs(f.urow.val[at]);
-                ok = a >= std::max(x.h->pivRelNow * row_max(f, cd.row), x.h->epsPivAbs);
-            }
-            if (ok) {
-                kern_row(x, cd.row, cd.col);
-            } else {
-                list_link(f.rowLists, m, cd.row, f.urow.len[cd.row]);
-                list_link(f.colLists, m, cd.col, f.ucol.len[cd.col]);
-            }
-        }
-        f.candList.clear();
+        int pr = -1, pc = -1;
+        if (!pick_pivot(x, pr, pc)) break;
+        kern_row(x, pr, pc);
     }
 }
 
@@ -566,6 +627,7 @@ int finish_factor(Ctx &x) {
     SLUFactor &f = x.f;
     const int m = x.m;
     f.nLfactor = f.nL;
+    f.reachFtL = f.reachFtU = f.reachBtU = f.reachBtL = 0.0;
     f.LrowPos = f.rowPos;
     f.LrowPerm = f.rowPerm;
     // Row-wise copy of L.
@@ -588,6 +650,11 @@ int finish_factor(Ctx &x) {
             }
         }
     }
+    f.LRorder.clear();
+    for (int k = m - 1; k >= 0; k--) {
+        const int i = f.rowPerm[k];
+        if (f.LRbeg[i + 1] > f.LRbeg[i]) f.LRorder.push_back(i);
+    }
     // U by columns with values, entries in pivot order (last pivot first).
     double maxU = 0.0;
     SLUStore &uc = f.ucol;
@@ -608,8 +675,8 @@ int finish_factor(Ctx &x) {
     }
     uc.used = (int)pos;
     const int64_t size = pos + nnzU / 2 + 1024;
-    uc.ind.assign((size_t)size, 0);
-    uc.val.assign((size_t)size, 0.0);
+    uc.ind.resize((size_t)size);
+    uc.val.resize((size_t)size);
     for (int k = m - 1; k >= 0; k--) {
         const int r = f.rowPerm[k];
         maxU = std::max(maxU, std::fabs(f.dinv[r]));

@@ -131,11 +131,6 @@ struct SLUCountLists {
     std::vector<char> linked;
 };
 
-struct SLUCand {
-    int row, col;
-    int64_t merit;
-};
-
 // The factor workspace.
 struct SLUFactor {
     int m = 0;
@@ -165,12 +160,15 @@ struct SLUFactor {
     std::vector<double> dinv;
 
     SLUCountLists rowLists, colLists;
+    std::vector<char> colWaits;  // kernel column out of the lists until a row of it changes
     std::vector<double> rowMaxAbs;
+    // Entries of an active row that pass the threshold (a few, with their count).
+    std::vector<int> accCnt, accCol;
+    std::vector<double> accVal;
     std::vector<double> workVal;
     std::vector<char> workMark;
-    std::vector<char> candRow, candCol;
-    std::vector<SLUCand> candList;
     std::vector<int> tmpInt;
+    std::vector<int> posOrder;  // basis positions by the caller's column number
 
     double maxAbsA = 0.0, maxAbsU = 0.0;
     int64_t nnzA = 0;
@@ -181,10 +179,26 @@ struct SLUFactor {
     int spikeFlip = 0;
     int64_t spSize = 0;  // storage size of U, with m for the diagonal
 
-    // Solve workspace: dense arrays zero between calls, lists and heap.
-    std::vector<double> wRow, wCol;
+    // Work lists of the factorisation and the update.
     std::vector<int> listA, listB, heap;
+
+    // Solve workspace: dense arrays zero between calls with the lists of their
+    // nonzeros, and the depth-first search (marks zero between calls, the stack,
+    // the reached nodes in topological order).
+    std::vector<double> wRow, wCol;
+    std::vector<int> listRow, listCol;
     std::vector<char> mark;
+    std::vector<int> dfsNode, dfsEdge, dfsEnd, dfsOrder;
+    // Rows with entries in the row-wise copy of L, last pivot first (the L^T loop).
+    std::vector<int> LRorder;
+    // Pivots waiting in a sweep, one bit each (zero between calls).
+    std::vector<uint64_t> sweepBits;
+    // Running share of nonzeros in the results of the four triangular stages
+    // (FTRAN L and U, BTRAN U and L); it picks the method of the next solve.
+    double densFtL = 0.0, densFtU = 0.0, densBtU = 0.0, densBtL = 0.0;
+    // Running share of the entries a search reaches (values that get too small
+    // to count are reached all the same); reset by each factorisation.
+    double reachFtL = 0.0, reachFtU = 0.0, reachBtU = 0.0, reachBtL = 0.0;
 };
 
 struct SLU {

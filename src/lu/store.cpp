@@ -13,30 +13,49 @@ void slu_store_init(SLUStore &s, int m, bool withValues) {
     if (!withValues) s.val.clear();
 }
 
-// Copy every line compactly into fresh arrays of at least `need` free entries
-// at the end; each line keeps `spare` entries of room.
+// Pack every line (each keeps `spare` entries of room) and make sure the arrays
+// have at least `need` free entries at the end; the arrays only ever grow (to
+// half as much again as the packed lines ask).  The lines move in place, in
+// the order they sit in the arrays: down to a tight packing first, then up,
+// last line first, to their places with room.
 static void store_regrow(SLUStore &s, int64_t need, int spare) {
     const int m = (int)s.beg.size();
     int64_t live = 0;
     for (int i = 0; i < m; i++) live += s.len[i];
     int64_t size = live + (int64_t)m * spare + need;
     size = std::max<int64_t>(size + size / 2, (int64_t)s.ind.size());
-    std::vector<int> nind((size_t)size);
-    std::vector<double> nval;
+    std::vector<int> order(m);
+    for (int i = 0; i < m; i++) order[i] = i;
+    std::sort(order.begin(), order.end(), [&](int a, int b) { return s.beg[a] < s.beg[b]; });
     const bool vals = !s.val.empty();
-    if (vals) nval.resize((size_t)size);
     int64_t pos = 0;
-    for (int i = 0; i < m; i++) {
+    for (int i : order) {
         const int b = s.beg[i], l = s.len[i];
-        std::copy(s.ind.begin() + b, s.ind.begin() + b + l, nind.begin() + pos);
-        if (vals) std::copy(s.val.begin() + b, s.val.begin() + b + l, nval.begin() + pos);
+        if (b != pos) {
+            std::copy(s.ind.begin() + b, s.ind.begin() + b + l, s.ind.begin() + pos);
+            if (vals) std::copy(s.val.begin() + b, s.val.begin() + b + l, s.val.begin() + pos);
+        }
         s.beg[i] = (int)pos;
-        s.cap[i] = l + spare;
-        pos += l + spare;
+        pos += l;
     }
-    s.used = (int)pos;
-    s.ind.swap(nind);
-    if (vals) s.val.swap(nval);
+    if ((int64_t)s.ind.size() < size) {
+        s.ind.resize((size_t)size);
+        if (vals) s.val.resize((size_t)size);
+    }
+    int64_t end = pos + (int64_t)m * spare;
+    s.used = (int)end;
+    for (int q = m - 1; q >= 0; q--) {
+        const int i = order[q];
+        const int b = s.beg[i], l = s.len[i];
+        const int64_t nb = end - l - spare;
+        if (nb != b) {
+            std::copy_backward(s.ind.begin() + b, s.ind.begin() + b + l, s.ind.begin() + nb + l);
+            if (vals) std::copy_backward(s.val.begin() + b, s.val.begin() + b + l, s.val.begin() + nb + l);
+        }
+        s.beg[i] = (int)nb;
+        s.cap[i] = l + spare;
+        end = nb;
+    }
 }
 
 void slu_store_reserve(SLUStore &s, int i, int extra, int spare) {
@@ -77,11 +96,16 @@ int slu_alloc_work(SLU *h) {
     f->rowMaxAbs.assign(m, -1.0);
     f->workVal.assign(m, 0.0);
     f->workMark.assign(m, 0);
-    f->candRow.assign(m, 0);
-    f->candCol.assign(m, 0);
     f->wRow.assign(m, 0.0);
     f->wCol.assign(m, 0.0);
     f->mark.assign(m, 0);
+    f->listRow.assign(m + 1, 0);
+    f->listCol.assign(m + 1, 0);
+    f->dfsNode.assign(m + 1, 0);
+    f->dfsEdge.assign(m + 1, 0);
+    f->dfsEnd.assign(m + 1, 0);
+    f->dfsOrder.assign(m + 1, 0);
+    f->sweepBits.assign((size_t)m / 64 + 1, 0);
     f->listA.reserve(m);
     f->listB.reserve(m);
     f->heap.reserve(m);

@@ -504,6 +504,16 @@ bool pick_pivot(Ctx &x, int &pr, int &pc) {
     const int *rlen = f.urow.len.data(), *clen = f.ucol.len.data();
     for (int k = 2; k <= remaining; k++) {
         const int64_t km1 = k - 1;
+        // After a line with a candidate: stop at a merit no later line can beat,
+        // or once enough lines have offered one.
+        auto line_done = [&]() {
+            if (br < 0) return false;
+            found++;
+            if (best > km1 * km1 && found < want) return false;
+            pr = br;
+            pc = bc;
+            return true;
+        };
         int cnext = -1;
         for (int c = list_first(f.colLists, m, k); c >= 0; c = cnext) {
             cnext = f.colLists.next[c] >= m ? -1 : f.colLists.next[c];
@@ -531,14 +541,7 @@ bool pick_pivot(Ctx &x, int &pr, int &pc) {
                 f.colWaits[c] = 1;
                 continue;
             }
-            if (br >= 0) {
-                found++;
-                if (best <= km1 * km1 || found >= want) {
-                    pr = br;
-                    pc = bc;
-                    return true;
-                }
-            }
+            if (line_done()) return true;
         }
         for (int r = list_first(f.rowLists, m, k); r >= 0; r = f.rowLists.next[r] >= m ? -1 : f.rowLists.next[r]) {
             const double rmax = row_max(f, r);
@@ -556,14 +559,7 @@ bool pick_pivot(Ctx &x, int &pr, int &pc) {
                 br = r;
                 bc = j;
             }
-            if (br >= 0) {
-                found++;
-                if (best <= km1 * km1 || found >= want) {
-                    pr = br;
-                    pc = bc;
-                    return true;
-                }
-            }
+            if (line_done()) return true;
         }
         if (br >= 0 && best <= (int64_t)k * k) break;  // later lines have both counts above k
     }

@@ -197,6 +197,44 @@ int try_search(SLUFactor &f, double &reachShare, const int *roots, int nRoots, c
     return top;
 }
 
+// The entries a search reached, in its order (each before those it feeds),
+// with their marks cleared: take(x, v) gets each with its value, which leaves w.
+template <class Take>
+inline void take_reached(SLUFactor &f, int top, int m, double *w, Take take) {
+    const int *order = f.dfsOrder.data();
+    char *mark = f.mark.data();
+    for (int q = top; q < m; q++) {
+        const int x = order[q];
+        mark[x] = 0;
+        const double v = w[x];
+        w[x] = 0.0;
+        take(x, v);
+    }
+}
+
+// The same for a stage whose result stays in w: the entries above eps are
+// listed in list (their count returned) and handed to apply(x, v); the others
+// are cleared.
+template <class Apply>
+inline int keep_reached(SLUFactor &f, int top, int m, double *w, double eps, int *list, Apply apply) {
+    const int *order = f.dfsOrder.data();
+    char *mark = f.mark.data();
+    int cnt = 0;
+    for (int q = top; q < m; q++) {
+        const int x = order[q];
+        mark[x] = 0;
+        const double v = w[x];
+        if (v == 0.0) continue;
+        if (std::fabs(v) <= eps) {
+            w[x] = 0.0;
+            continue;
+        }
+        list[cnt++] = x;
+        apply(x, v);
+    }
+    return cnt;
+}
+
 // Load a vector into the dense array w.  A listed input fills list and returns
 // its count; a dense one returns -1.
 int load_input(const SLUVec *in, int m, double *w, int *list) {
@@ -293,23 +331,10 @@ void ftran_L(const SLU *h, SLUFactor &f, double *w, int *list, int &n) {
         const int top = try_search(f, f.reachFtL, list, n, Lrow, range, m, tol);
         if (top >= 0) {
             // In this order an entry is final when it is reached.
-            const int *order = f.dfsOrder.data();
-            char *mark = f.mark.data();
-            int cnt = 0;
-            for (int q = top; q < m; q++) {
-                const int i = order[q];
-                mark[i] = 0;
-                const double v = w[i];
-                if (v == 0.0) continue;
-                if (std::fabs(v) <= eps) {
-                    w[i] = 0.0;
-                    continue;
-                }
-                list[cnt++] = i;
+            n = keep_reached(f, top, m, w, eps, list, [&](int i, double v) {
                 const int e = etaOf[i];
                 if (e >= 0) axpy(w, Lrow, Lval, Lbeg[e], Lbeg[e + 1], v);
-            }
-            n = cnt;
+            });
             track(f.densFtL, n, m);
             return;
         }
@@ -418,15 +443,7 @@ int ftran_U(const SLU *h, SLUFactor &f, double *wr, const int *listR, int nR, do
         };
         const int top = try_search(f, f.reachFtU, listR, nR, cind, range, m, tol);
         if (top >= 0) {
-            const int *order = f.dfsOrder.data();
-            char *mark = f.mark.data();
-            for (int q = top; q < m; q++) {
-                const int r = order[q];
-                mark[r] = 0;
-                const double v = wr[r];
-                wr[r] = 0.0;
-                pivot(rowPos[r], r, v, none);
-            }
+            take_reached(f, top, m, wr, [&](int r, double v) { pivot(rowPos[r], r, v, none); });
             track(f.densFtU, nC, m);
             return nC;
         }
@@ -540,15 +557,7 @@ int btran_U(const SLU *h, SLUFactor &f, double *wc, const int *listC, int nC, do
         };
         const int top = try_search(f, f.reachBtU, listC, nC, rind, range, m, tol);
         if (top >= 0) {
-            const int *order = f.dfsOrder.data();
-            char *mark = f.mark.data();
-            for (int q = top; q < m; q++) {
-                const int c = order[q];
-                mark[c] = 0;
-                const double v = wc[c];
-                wc[c] = 0.0;
-                pivot(colPos[c], v, none);
-            }
+            take_reached(f, top, m, wc, [&](int c, double v) { pivot(colPos[c], v, none); });
             track(f.densBtU, nR, m);
             return nR;
         }
@@ -629,22 +638,8 @@ void btran_L(const SLU *h, SLUFactor &f, double *w, int *list, int &n, bool dens
         };
         const int top = try_search(f, f.reachBtL, list, n, LRpiv, range, m, tol);
         if (top >= 0) {
-            const int *order = f.dfsOrder.data();
-            char *mark = f.mark.data();
-            int cnt = 0;
-            for (int q = top; q < m; q++) {
-                const int i = order[q];
-                mark[i] = 0;
-                const double v = w[i];
-                if (v == 0.0) continue;
-                if (std::fabs(v) <= eps) {
-                    w[i] = 0.0;
-                    continue;
-                }
-                list[cnt++] = i;
-                axpy(w, LRpiv, LRval, LRbeg[i], LRbeg[i + 1], v);
-            }
-            n = cnt;
+            n = keep_reached(f, top, m, w, eps, list,
+                             [&](int i, double v) { axpy(w, LRpiv, LRval, LRbeg[i], LRbeg[i + 1], v); });
             track(f.densBtL, n, m);
             return;
         }

@@ -1,5 +1,6 @@
 // compute.cpp - solves with the basis, values of the basic variables, duals and
 // reduced costs from scratch, the pivot row, and measures of the point.
+#include <algorithm>
 #include <cmath>
 
 #include "simplex/glp.h"
@@ -114,6 +115,13 @@ int spx_refine_xb(GLP *g) {
   for (int p = 0; p < m; p++) g->x[g->rbas[p]] += out.val[p];
   out.clear(m);
   return 0;
+}
+
+double spx_unscaled_cost_size(const GLP *g) {
+  double cmax = 1.0;
+  const Model *model = g->model;
+  for (int j = 0; j < model->nVars; j++) cmax = std::max(cmax, std::fabs(model->cost[j]));
+  return g->objscale * cmax;
 }
 
 int spx_compute_duals(GLP *g, const std::vector<double> &cost) {

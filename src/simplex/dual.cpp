@@ -127,10 +127,7 @@ double unscaled_dual_viol(const GLP *g) {
     const double e = j < g->n ? v / g->cscale[j] : v * g->rscale[j - g->n];
     mx = std::max(mx, e);
   }
-  double cmax = 1.0;
-  const Model *model = g->model;
-  for (int j = 0; j < model->nVars; j++) cmax = std::max(cmax, std::fabs(model->cost[j]));
-  return mx / (g->objscale * cmax);
+  return mx / spx_unscaled_cost_size(g);
 }
 
 int lu_rc(int rc) { return rc == SPX_NOMEM ? SPX_NOMEM : (rc ? SPX_NUMERIC : 0); }

@@ -234,6 +234,9 @@ int spx_compute_duals(GLP *g, const std::vector<double> &cost);  // y and rdc
 int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save);
 int spx_btran(GLP *g, SpxVec &in, SpxVec &out);
 int spx_refine_xb(GLP *g);  // one refinement step of the basic values
+// What an unscaled reduced cost is measured against in the end tests: the
+// model's largest cost (at least 1) in the units of the scaled objective.
+double spx_unscaled_cost_size(const GLP *g);
 void spx_load_column(const GLP *g, int j, SpxVec &v);  // column j by row
 // Row r of B^-1 N: g->pivrow over all columns, from rho = g->binvi.
 void spx_pivot_row(GLP *g, const SpxVec &rho);

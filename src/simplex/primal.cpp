@@ -173,11 +173,8 @@ void unscaled_violations(GLP *g, double *pv, double *dv) {
     e = j < n ? e / g->cscale[j] : e * g->rscale[j - n];
     d = std::max(d, e);
   }
-  double cmax = 1.0;
-  const Model *model = g->model;
-  for (int j = 0; j < model->nVars; j++) cmax = std::max(cmax, std::fabs(model->cost[j]));
   *pv = p;
-  *dv = d / (g->objscale * cmax);
+  *dv = d / spx_unscaled_cost_size(g);
 }
 
 // Nonzeroes of the factors with their updates.

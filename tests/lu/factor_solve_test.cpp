@@ -9,16 +9,6 @@ using namespace lutest;
 
 namespace {
 
-struct Handle {
-    SLU *h = nullptr;
-    explicit Handle(int m, Pool *pool) {
-        int st = -1;
-        h = slu_create(m, pool, fetch, &st);
-        EXPECT_EQ(st, 0);
-    }
-    ~Handle() { slu_delete(&h); }
-};
-
 void check_solves(SLU *h, const Pool &pool, const std::vector<int> &head, double tol, uint32_t seed) {
     const int m = pool.m;
     Solver s(h, m);

@@ -9,6 +9,8 @@
 #include <random>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "lu/slu.h"
 
 namespace lutest {
@@ -179,5 +181,20 @@ inline std::vector<double> random_sparse(int m, int nnz, std::mt19937 &rng) {
     for (int k = 0; k < nnz; k++) v[rng() % m] = U(rng) + 2.0;
     return v;
 }
+
+// An engine handle over a pool of columns, deleted with the scope; an update
+// type of -1 keeps the default.
+struct Handle {
+    SLU *h = nullptr;
+    explicit Handle(int m, Pool *pool, int updateType = -1) {
+        int st = -1;
+        h = slu_create(m, pool, fetch, &st);
+        EXPECT_EQ(st, 0);
+        if (updateType >= 0) slu_set_ipar(h, SLU_IPAR_UPDATE_TYPE, updateType);
+    }
+    ~Handle() { slu_delete(&h); }
+    Handle(const Handle &) = delete;
+    Handle &operator=(const Handle &) = delete;
+};
 
 }  // namespace lutest

@@ -11,16 +11,6 @@ using namespace lutest;
 
 namespace {
 
-struct Handle {
-    SLU *h = nullptr;
-    explicit Handle(int m, Pool *pool) {
-        int st = -1;
-        h = slu_create(m, pool, fetch, &st);
-        EXPECT_EQ(st, 0);
-    }
-    ~Handle() { slu_delete(&h); }
-};
-
 // Three handles on one basis: one never searches (thresholds 0), one always
 // searches (thresholds above 1), one keeps the defaults and picks by the running
 // shares of its results.

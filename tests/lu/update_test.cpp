@@ -9,17 +9,6 @@ using namespace lutest;
 
 namespace {
 
-struct Handle {
-    SLU *h = nullptr;
-    Handle(int m, Pool *pool, int updateType) {
-        int st = -1;
-        h = slu_create(m, pool, fetch, &st);
-        EXPECT_EQ(st, 0);
-        slu_set_ipar(h, SLU_IPAR_UPDATE_TYPE, updateType);
-    }
-    ~Handle() { slu_delete(&h); }
-};
-
 // A random entering column with a few entries.
 int entering_column(Pool &pool, std::mt19937 &rng) {
     const int m = pool.m;

@@ -227,15 +227,20 @@ TEST_F(PresolveEdge, EmptyRowThatCannotHoldIsInfeasible) {
   solve_and_check(model(), KX_STATUS_INFEASIBLE, -1);
 }
 
-TEST_F(PresolveEdge, ReducedDimensionsAndMpsFile) {
+// Row 3 is twice row 0 and row 2 a bound: two rows go, a 2 x 3 core stays.
+Lp reducible_lp() {
   Lp lp;
-  // Row 3 is twice row 0 and row 2 a bound: two rows go, a 2 x 3 core stays.
   lp.A = {{1, 2, 1}, {3, 1, 2}, {1, 0, 0}, {2, 4, 2}};
   lp.type = {'L', 'G', 'G', 'L'};
   lp.rhs = {4, 2, 0.5, 7};
   lp.c = {1, -1, 1};
   lp.l = {0, 0, 0};
   lp.u = {kInf, kInf, kInf};
+  return lp;
+}
+
+TEST_F(PresolveEdge, ReducedDimensionsAndMpsFile) {
+  Lp lp = reducible_lp();
   load(model(), lp);
   int m = -1, n = -1, nz = -1;
   ASSERT_EQ(KXgetReducedDim(model(), &m, &n, &nz), 0);
@@ -264,14 +269,7 @@ TEST_F(PresolveEdge, ReducedDimensionsAndMpsFile) {
 }
 
 TEST_F(PresolveEdge, ReducedDimensionInfoAfterAPresolvedSolve) {
-  Lp lp;
-  // As above: row 3 is twice row 0 and row 2 a bound, a 2 x 3 core stays.
-  lp.A = {{1, 2, 1}, {3, 1, 2}, {1, 0, 0}, {2, 4, 2}};
-  lp.type = {'L', 'G', 'G', 'L'};
-  lp.rhs = {4, 2, 0.5, 7};
-  lp.c = {1, -1, 1};
-  lp.l = {0, 0, 0};
-  lp.u = {kInf, kInf, kInf};
+  Lp lp = reducible_lp();
   load(model(), lp);
   int v = -1;
   // No presolve has run yet.

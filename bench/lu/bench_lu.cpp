@@ -1,7 +1,7 @@
 // bench_lu - factorisation and solve speed of the LU engine on generated bases
 // and on bases taken from real LPs.
 //
-//   bench_lu [scale] [--no-real | --real-only] [--models a,b,...] [--basis-dir DIR] [--threshold T]
+//   bench_lu [scale] [--no-real | --real-only | --hyper-only] [--models a,b,...] [--basis-dir DIR] [--threshold T]
 //
 // scale 1 (default) runs the generated orders 1,000 to 100,000.  For each basis:
 // factor time, fill nnz(L+U)/nnz(B) (L etas, U off-diagonals and the diagonal),
@@ -657,12 +657,15 @@ void run_real(const std::string &dataDir, const std::vector<std::string> &only, 
 
 int main(int argc, char **argv) {
     double scale = 1.0;
-    bool gen = true, real = true;
+    bool gen = true, real = true, hyperOnly = false;
     std::vector<std::string> only;
     std::string basisDir;
     for (int a = 1; a < argc; a++) {
         const std::string s = argv[a];
         if (s == "--no-real") {
+            real = false;
+        } else if (s == "--hyper-only") {
+            hyperOnly = true;
             real = false;
         } else if (s == "--real-only") {
             gen = false;
@@ -683,7 +686,7 @@ int main(int argc, char **argv) {
         } else {
             std::fprintf(stderr,
                          "usage: bench_lu [scale] [--no-real | --real-only] [--models a,b] [--basis-dir DIR]"
-                         " [--threshold T]\n");
+                         " [--threshold T] [--hyper-only]\n");
             return 2;
         }
     }
@@ -697,7 +700,7 @@ int main(int argc, char **argv) {
     std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "", "", "", "ms", "", "", "us", "us", "avg", "avg",
                 "us", "us", "");
     const int orders[] = {1000, 10000, 100000};
-    for (int kind = 0; kind < 2; kind++) {
+    for (int kind = 0; kind < (hyperOnly ? 0 : 2); kind++) {
         for (int m0 : orders) {
             const int m = std::max(10, (int)(m0 * scale));
             Basis b = kind == 0 ? staircase(m, 11) : network(m, 12);

@@ -70,9 +70,11 @@ void rebuild_infeas(Work &w) {
   GLP *g = w.g;
   int cnt = 0;
   double sum = 0.0, mx = 0.0;
+  w.infList.clear();
+  w.infAt.assign(g->m, -1);
   for (int p = 0; p < g->m; p++) {
     const double v = violation2(g, g->rbas[p]);
-    w.infeas[p] = v;
+    set_infeas(w, p, v);
     if (v > 0) {
       cnt++;
       const double e = std::sqrt(v);
@@ -340,7 +342,7 @@ int apply_flips(Work &w) {
   for_each(out, m, [&](int p, double v) {
     const int j = g->rbas[p];
     g->x[j] -= v;
-    w.infeas[p] = violation2(g, j);
+    set_infeas(w, p, violation2(g, j));
   });
   out.clear(m);
   return 0;
@@ -564,8 +566,8 @@ int run_phase(Work &w, int *err) {
     g->pivj = q;
     g->mrat = thetaP;
     g->smax = std::fabs(alpha);
-    for_each(col, m, [&](int p, double) { w.infeas[p] = violation2(g, g->rbas[p]); });
-    w.infeas[r] = violation2(g, q);
+    for_each(col, m, [&](int p, double) { set_infeas(w, p, violation2(g, g->rbas[p])); });
+    set_infeas(w, r, violation2(g, q));
 
     int luStat = 0;
     rc = KXI_lu_update(g->lu, r, alpha, 0, &luStat);
@@ -653,6 +655,8 @@ int run(Work &w) {
   w.longStep = pam->dRatio == 1 || pam->dRatio == 2;
   w.cost = g->objv;
   w.infeas.assign(m, 0.0);
+  w.infAt.assign(m, -1);
+  w.infList.clear();
   w.rowRej.assign(m, 0);
   w.tau.resize(m);
   w.dcol.resize(m);

@@ -35,6 +35,9 @@ struct Work {
   bool longStep = true;   // bound-flipping ratio test
   std::vector<double> cost;    // objv plus shifts and perturbation
   std::vector<double> infeas;  // by position: squared violation, 0 when within reps
+  // The positions with a violation, in no order, and where each one stands in
+  // the list (-1: not listed).  Set through set_infeas only.
+  std::vector<int> infList, infAt;
   std::vector<double> trueLb, trueUb, trueRhs;  // kept while phase 1 runs
   std::vector<char> rowRej;    // positions refused until the next factorisation
   int nRowRej = 0;
@@ -54,6 +57,24 @@ struct Work {
   bool factorFresh = false;
   int tightenings = 0;       // rounds of tolerance tightening at the end  // the next refresh may skip the factorisation
 };
+
+// infeas[p] = v, keeping the list of violated positions whole.
+inline void set_infeas(Work &w, int p, double v) {
+  w.infeas[p] = v;
+  int &at = w.infAt[p];
+  if (v > 0.0) {
+    if (at < 0) {
+      at = static_cast<int>(w.infList.size());
+      w.infList.push_back(p);
+    }
+  } else if (at >= 0) {
+    const int last = w.infList.back();
+    w.infList[at] = last;
+    w.infAt[last] = at;
+    w.infList.pop_back();
+    at = -1;
+  }
+}
 
 inline bool has_lo(const GLP *g, int j) { return g->clb[j] > -g->infin; }
 inline bool has_up(const GLP *g, int j) { return g->cub[j] < g->infin; }

@@ -60,25 +60,29 @@ int choose_row(Work &w) {
   const double *inf = w.infeas.data();
   const double *wt = g->dwts.data();
   const char *rej = w.rowRej.data();
+  // The largest violation over its weight, compared crosswise so that the
+  // choice does not hang on the order of the search; the first position wins
+  // between equals.
+  const bool dantzig = w.pricing == DP_DANTZIG;
   int best = -1;
-  double bestScore = 0.0;
-  if (w.pricing == DP_DANTZIG) {
-    for (int p = 0; p < m; p++) {
-      const double v = inf[p];
-      if (v > bestScore && !rej[p]) {
-        bestScore = v;
-        best = p;
-      }
-    }
-    return best;
-  }
-  for (int p = 0; p < m; p++) {
+  double bestV = 0.0, bestW = 1.0;
+  auto consider = [&](int p) {
     const double v = inf[p];
-    if (v == 0.0) continue;
-    if (v > bestScore * wt[p] && !rej[p]) {
-      bestScore = v / wt[p];
+    if (v == 0.0 || rej[p]) return;
+    const double wp = dantzig ? 1.0 : wt[p];
+    const double a = v * bestW, b = bestV * wp;
+    if (a > b || (a == b && (best < 0 || p < best))) {
       best = p;
+      bestV = v;
+      bestW = wp;
     }
+  };
+  const int nList = static_cast<int>(w.infList.size());
+  if (2 * nList < m) {
+    // Few violated rows: go over their list.
+    for (int k = 0; k < nList; k++) consider(w.infList[k]);
+  } else {
+    for (int p = 0; p < m; p++) consider(p);
   }
   return best;
 }

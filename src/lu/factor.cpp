@@ -646,6 +646,7 @@ int finish_factor(Ctx &x) {
     const int m = x.m;
     f.nLfactor = f.nL;
     f.reachFtL = f.reachFtU = f.reachBtU = f.reachBtL = 0.0;
+    f.otherFt[2] = f.otherFt[3] = 0.0;
     f.LrowPos = f.rowPos;
     f.LrowPerm = f.rowPerm;
     // Row-wise copy of L.

@@ -199,6 +199,10 @@ struct SLUFactor {
     // Running share of the entries a search reaches (values that get too small
     // to count are reached all the same); reset by each factorisation.
     double reachFtL = 0.0, reachFtU = 0.0, reachBtU = 0.0, reachBtL = 0.0;
+    // The FTRAN shares (densFtL, densFtU, reachFtL, reachFtU) of the solves
+    // that save no spike: the simplex's entering columns save one, and its other
+    // solves (steepest-edge and flip vectors) fill differently.
+    double otherFt[4] = {0.0, 0.0, 0.0, 0.0};
 };
 
 struct SLU {

@@ -689,6 +689,22 @@ void btran_L(const SLU *h, SLUFactor &f, double *w, int *list, int &n, bool dens
     if (n >= 0) track(f.densBtL, n, m);
 }
 
+// Swaps the FTRAN shares with the set kept for solves without a spike, for
+// the length of one solve.
+struct OtherShares {
+    SLUFactor &f;
+    bool on;
+    OtherShares(SLUFactor &f_, bool on_) : f(f_), on(on_) { swap(); }
+    ~OtherShares() { swap(); }
+    void swap() {
+        if (!on) return;
+        std::swap(f.densFtL, f.otherFt[0]);
+        std::swap(f.densFtU, f.otherFt[1]);
+        std::swap(f.reachFtL, f.otherFt[2]);
+        std::swap(f.reachFtU, f.otherFt[3]);
+    }
+};
+
 }  // namespace
 
 int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
@@ -697,6 +713,7 @@ int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
     if (!fp) return SLU_STAT_NOFACTOR;
     SLUFactor &f = *fp;
     if (f.status != SLU_STAT_OK) return f.status;
+    const OtherShares shares(f, save == 0);
     const int m = h->m;
     double *wr = f.wRow.data();
     double *wc = f.wCol.data();

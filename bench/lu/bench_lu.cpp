@@ -183,24 +183,62 @@ double residual(const Basis &b, const std::vector<double> &x, const std::vector<
     return num / den;
 }
 
+struct Factored {
+    int status = 0, passes = 0;
+    double factorMs = 0, fill = 0;
+};
+
+// Factorise b in h `reps` times: the best time, the status and passes of the
+// last, and the fill nnz(L+U)/nnz(B) with the diagonal counted.
+Factored factor_best_of(SLU *h, const Basis &b, int reps) {
+    Factored F;
+    double best = 1e300;
+    for (int r = 0; r < reps; r++) {
+        const double t0 = now_us();
+        F.status = slu_do_factor(h, nullptr);
+        best = std::min(best, now_us() - t0);
+    }
+    slu_get_iinfo(h, SLU_IINF_TRIES_SINCE, &F.passes);
+    F.factorMs = best * 1e-3;
+    F.fill = (double)(slu_num_lnonz(h) + slu_num_unonz(h) + b.m) / (double)b.nnz();
+    return F;
+}
+
+struct DenseTimes {
+    double ft = 0, bt = 0, resid = 0;
+};
+
+// FTRAN and BTRAN of one random dense vector, `reps` times each, and the
+// residual of the FTRAN's result.
+DenseTimes time_dense(SLU *h, const Basis &b, int reps, std::mt19937 &rng) {
+    const int m = b.m;
+    DenseTimes D;
+    std::vector<double> a(m), x(m);
+    std::vector<int> ind(m + 1);
+    std::uniform_real_distribution<double> U(-1.0, 1.0);
+    for (auto &v : a) v = U(rng);
+    SLUVec din{-1, nullptr, a.data(), 0}, dout{0, ind.data(), x.data(), 0};
+    double t0 = now_us();
+    for (int k = 0; k < reps; k++) slu_do_ftran(h, &din, &dout, 0);
+    D.ft = (now_us() - t0) / reps;
+    D.resid = residual(b, x, a);
+    t0 = now_us();
+    for (int k = 0; k < reps; k++) slu_do_btran(h, &din, &dout);
+    D.bt = (now_us() - t0) / reps;
+    return D;
+}
+
 Result measure(Basis &b, int unitSolves, int denseSolves, bool withDense = true) {
     Result R{};
     const int m = b.m;
     int st = 0;
     SLU *h = slu_create(m, &b, fetch, &st);
-    // Factor: best of a few runs.
-    double best = 1e300;
-    const int reps = m <= 20000 ? 5 : 2;
-    for (int r = 0; r < reps; r++) {
-        const double t0 = now_us();
-        st = slu_do_factor(h, nullptr);
-        best = std::min(best, now_us() - t0);
-    }
-    R.status = st;
-    slu_get_iinfo(h, SLU_IINF_TRIES_SINCE, &R.passes);
-    R.factorMs = best * 1e-3;
-    R.fill = (double)(slu_num_lnonz(h) + slu_num_unonz(h) + m) / (double)b.nnz();
-    if (st != 0) {
+    const Factored F = factor_best_of(h, b, m <= 20000 ? 5 : 2);
+    R.status = F.status;
+    R.passes = F.passes;
+    R.factorMs = F.factorMs;
+    R.fill = F.fill;
+    if (R.status != 0) {
         slu_delete(&h);
         return R;
     }
@@ -229,17 +267,10 @@ Result measure(Basis &b, int unitSolves, int denseSolves, bool withDense = true)
     R.btUnit = (now_us() - t0) / unitSolves;
     R.btNnz = (double)cnt / unitSolves;
     if (withDense) {
-        std::vector<double> a(m), x(m);
-        std::uniform_real_distribution<double> U(-1.0, 1.0);
-        for (auto &v : a) v = U(rng);
-        SLUVec din{-1, nullptr, a.data(), 0}, dout{0, ind.data(), x.data(), 0};
-        t0 = now_us();
-        for (int k = 0; k < denseSolves; k++) slu_do_ftran(h, &din, &dout, 0);
-        R.ftDense = (now_us() - t0) / denseSolves;
-        R.resid = residual(b, x, a);
-        t0 = now_us();
-        for (int k = 0; k < denseSolves; k++) slu_do_btran(h, &din, &dout);
-        R.btDense = (now_us() - t0) / denseSolves;
+        const DenseTimes D = time_dense(h, b, denseSolves, rng);
+        R.ftDense = D.ft;
+        R.btDense = D.bt;
+        R.resid = D.resid;
     }
     slu_delete(&h);
     return R;
@@ -483,18 +514,13 @@ RealResult measure_real(Basis &b, const RealLP &lp, const std::vector<int> &nonb
     SLU *h = slu_create(m, &b, fetch, &st);
     slu_set_ipar(h, SLU_IPAR_PRINT_LEVEL, 0);
     if (g_threshold > 0.0) slu_set_dpar(h, SLU_DPAR_EPS_PIVREL, g_threshold);
-    double best = 1e300;
-    for (int r = 0; r < 3; r++) {
-        const double t0 = now_us();
-        st = slu_do_factor(h, nullptr);
-        best = std::min(best, now_us() - t0);
-    }
-    R.status = st;
-    slu_get_iinfo(h, SLU_IINF_TRIES_SINCE, &R.passes);
+    const Factored F = factor_best_of(h, b, 3);
+    R.status = F.status;
+    R.passes = F.passes;
     R.thr = h->pivRelNow;
-    R.factorMs = best * 1e-3;
-    R.fill = (double)(slu_num_lnonz(h) + slu_num_unonz(h) + m) / (double)b.nnz();
-    if (st != 0) {
+    R.factorMs = F.factorMs;
+    R.fill = F.fill;
+    if (R.status != 0) {
         slu_delete(&h);
         return R;
     }
@@ -527,18 +553,10 @@ RealResult measure_real(Basis &b, const RealLP &lp, const std::vector<int> &nonb
     R.ftCol = time_cols(true, &R.ftColNnz);
     R.btCol = time_cols(false, nullptr);
     {
-        std::vector<double> a(m), x(m);
-        std::uniform_real_distribution<double> U(-1.0, 1.0);
-        for (auto &v : a) v = U(rng);
-        std::vector<int> dind(m + 1);
-        SLUVec din{-1, nullptr, a.data(), 0}, dout{0, dind.data(), x.data(), 0};
-        double t0 = now_us();
-        for (int k = 0; k < nDense; k++) slu_do_ftran(h, &din, &dout, 0);
-        R.ftDense = (now_us() - t0) / nDense;
-        R.resid = residual(b, x, a);
-        t0 = now_us();
-        for (int k = 0; k < nDense; k++) slu_do_btran(h, &din, &dout);
-        R.btDense = (now_us() - t0) / nDense;
+        const DenseTimes D = time_dense(h, b, nDense, rng);
+        R.ftDense = D.ft;
+        R.btDense = D.bt;
+        R.resid = D.resid;
     }
     // Column replacements: an entering column of A replaces the position with its
     // largest transformed entry, as a simplex step would (timed: the FTRAN that
@@ -695,20 +713,22 @@ int main(int argc, char **argv) {
         run_real(e && *e ? e : "../shared/data", only, basisDir);
         return 0;
     }
-    std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "basis", "order", "nnz(B)", "factor", "pass", "fill",
-                "FT unit", "BT unit", "FT nnz", "BT nnz", "FT dense", "BT dense", "residual");
-    std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "", "", "", "ms", "", "", "us", "us", "avg", "avg",
-                "us", "us", "");
-    const int orders[] = {1000, 10000, 100000};
-    for (int kind = 0; kind < (hyperOnly ? 0 : 2); kind++) {
-        for (int m0 : orders) {
-            const int m = std::max(10, (int)(m0 * scale));
-            Basis b = kind == 0 ? staircase(m, 11) : network(m, 12);
-            const int dense = m <= 10000 ? 200 : 20;
-            Result r = measure(b, 2000, dense);
-            std::printf("%-10s %7d %8lld %9.2f %4d %5.2f %8.2f %8.2f %8.1f %8.1f %8.1f %8.1f %8.1e%s\n",
-                        kind == 0 ? "staircase" : "network", m, (long long)b.nnz(), r.factorMs, r.passes, r.fill,
-                        r.ftUnit, r.btUnit, r.ftNnz, r.btNnz, r.ftDense, r.btDense, r.resid, r.status ? "  (singular)" : "");
+    if (!hyperOnly) {
+        std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "basis", "order", "nnz(B)", "factor", "pass", "fill",
+                    "FT unit", "BT unit", "FT nnz", "BT nnz", "FT dense", "BT dense", "residual");
+        std::printf("%-10s %7s %8s %9s %4s %5s %8s %8s %8s %8s %8s %8s %8s\n", "", "", "", "ms", "", "", "us", "us", "avg", "avg",
+                    "us", "us", "");
+        const int orders[] = {1000, 10000, 100000};
+        for (int kind = 0; kind < 2; kind++) {
+            for (int m0 : orders) {
+                const int m = std::max(10, (int)(m0 * scale));
+                Basis b = kind == 0 ? staircase(m, 11) : network(m, 12);
+                const int dense = m <= 10000 ? 200 : 20;
+                Result r = measure(b, 2000, dense);
+                std::printf("%-10s %7d %8lld %9.2f %4d %5.2f %8.2f %8.2f %8.1f %8.1f %8.1f %8.1f %8.1e%s\n",
+                            kind == 0 ? "staircase" : "network", m, (long long)b.nnz(), r.factorMs, r.passes, r.fill,
+                            r.ftUnit, r.btUnit, r.ftNnz, r.btNnz, r.ftDense, r.btDense, r.resid, r.status ? "  (singular)" : "");
+            }
         }
     }
     std::printf("\nHypersparse FTRAN/BTRAN of unit vectors, near-triangular basis:\n");

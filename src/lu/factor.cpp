@@ -250,24 +250,23 @@ int init_factor(Ctx &x, const int *head) {
     for (int p = 0; p < m; p++) byCol[p] = p;
     if (head) {
         // The column numbers of a basis are distinct: when they are not much
-        // larger than m a table by number sorts them in linear time.
+        // larger than m a table by number sorts them in linear time.  Repeated
+        // or far-off numbers take the sort, which keeps equal ones by position.
         int top = 0, low = 0;
         for (int p = 0; p < m; p++) {
             top = std::max(top, head[p]);
             low = std::min(low, head[p]);
         }
+        int k = 0;
         if (low >= 0 && top < 8 * m) {
             std::vector<int> &at = f.listA;
             at.assign((size_t)top + 1, -1);
             for (int p = 0; p < m; p++) at[head[p]] = p;
-            int k = 0;
             for (int v : at)
                 if (v >= 0) byCol[k++] = v;
-            if (k != m) {  // repeated numbers: keep their order by position
-                for (int p = 0; p < m; p++) byCol[p] = p;
-                std::stable_sort(byCol.begin(), byCol.end(), [head](int a, int b) { return head[a] < head[b]; });
-            }
-        } else {
+        }
+        if (k != m) {
+            for (int p = 0; p < m; p++) byCol[p] = p;
             std::stable_sort(byCol.begin(), byCol.end(), [head](int a, int b) { return head[a] < head[b]; });
         }
     }

@@ -14,43 +14,38 @@ void devex_reset(GLP *g) {
 
 namespace {
 
+// Whether reduced cost d violates the status st of its column, with the
+// violation in *v: at the lower bound it should not be negative, at the upper
+// bound not positive, free or between bounds it should be zero; basics have
+// none.  Fixed columns are left to the caller.
+inline bool status_viol(int st, double d, double tol, double *v) {
+  if (st == -1) {
+    *v = -d;
+    return d < -tol;
+  }
+  if (st == -2) {
+    *v = d;
+    return d > tol;
+  }
+  *v = std::fabs(d);
+  return st <= -3 && *v > tol;
+}
+
 // Dual infeasibility of a nonbasic column, signed so that the entering
 // direction is +1 when positive: returns the violation, sets *dir.
 inline double dual_viol(const GLP *g, int j, int *dir) {
+  const int st = g->cbas[j];
   const double d = g->rdc[j];
-  const double tol = g->ceps;
-  switch (g->cbas[j]) {
-    case -1:
-      if (d < -tol && g->cub[j] > g->clb[j]) {
-        *dir = 1;
-        return -d;
-      }
-      return 0.0;
-    case -2:
-      if (d > tol && g->cub[j] > g->clb[j]) {
-        *dir = -1;
-        return d;
-      }
-      return 0.0;
-    case -3:
-    case -4:
-      if (d < -tol) {
-        *dir = 1;
-        return -d;
-      }
-      if (d > tol) {
-        *dir = -1;
-        return d;
-      }
-      return 0.0;
-    default:
-      return 0.0;
-  }
+  double v;
+  if (!status_viol(st, d, g->ceps, &v)) return 0.0;
+  if (st >= -2 && !(g->cub[j] > g->clb[j])) return 0.0;  // fixed columns never enter
+  *dir = d < 0 ? 1 : -1;
+  return v;
 }
 
 // Best column over [from, to): largest violation squared over its weight.
 // The arrays are read through local pointers so the loop keeps them in
-// registers; the violation is found with the same rules as dual_viol.
+// registers.
 int scan_range(GLP *g, int from, int to, double *best) {
   int q = -1;
   double b = *best;
@@ -64,19 +59,8 @@ int scan_range(GLP *g, int from, int to, double *best) {
   for (int j = from; j < to; j++) {
     const int st = cbas[j];
     if (st >= 0) continue;
-    const double d = rdc[j];
     double v;
-    if (st == -1) {
-      if (!(d < -tol)) continue;
-      v = -d;
-    } else if (st == -2) {
-      if (!(d > tol)) continue;
-      v = d;
-    } else {
-      v = std::fabs(d);
-      if (!(v > tol)) continue;
-    }
-    if (rej[j]) continue;
+    if (!status_viol(st, rdc[j], tol, &v) || rej[j]) continue;
     if (st >= -2 && !(ub[j] > lb[j])) continue;  // fixed columns never enter
     // Free columns go first: they never leave again.
     double s = devex ? v * v / w[j] : v;

@@ -640,6 +640,42 @@ void do_kern(Ctx &x) {
 
 // ----- final assembly ----------------------------------------------------
 
+// Reorder U's pivots, each block keeping its order: pivots whose column is
+// empty off the diagonal first, pivots whose row is empty (and column not)
+// last, the rest between.  U stays triangular: its entries lie in rows of the
+// first two blocks and columns of the last two.
+void order_bare_pivots(SLUFactor &f, int m) {
+    std::vector<int> &newRow = f.listA, &newCol = f.listB;
+    newRow.resize(m);
+    newCol.resize(m);
+    int a = 0;
+    for (int k = 0; k < m; k++)
+        if (f.ucol.len[f.colPerm[k]] == 0) {
+            newRow[a] = f.rowPerm[k];
+            newCol[a++] = f.colPerm[k];
+        }
+    int b = a;
+    for (int k = 0; k < m; k++)
+        if (f.ucol.len[f.colPerm[k]] != 0 && f.urow.len[f.rowPerm[k]] != 0) {
+            newRow[b] = f.rowPerm[k];
+            newCol[b++] = f.colPerm[k];
+        }
+    const int mid = b;
+    for (int k = 0; k < m; k++)
+        if (f.ucol.len[f.colPerm[k]] != 0 && f.urow.len[f.rowPerm[k]] == 0) {
+            newRow[b] = f.rowPerm[k];
+            newCol[b++] = f.colPerm[k];
+        }
+    for (int k = 0; k < m; k++) {
+        f.rowPerm[k] = newRow[k];
+        f.colPerm[k] = newCol[k];
+        f.rowPos[newRow[k]] = k;
+        f.colPos[newCol[k]] = k;
+    }
+    f.bareCols = a;
+    f.bareRows = m - mid;
+}
+
 int finish_factor(Ctx &x) {
     SLUFactor &f = x.f;
     const int m = x.m;
@@ -713,6 +749,7 @@ int finish_factor(Ctx &x) {
     uc.nnz = nnzU;
     f.maxAbsU = maxU;
     f.spSize = nnzU + m;
+    order_bare_pivots(f, m);
     return 0;
 }
 

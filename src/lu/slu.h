@@ -178,6 +178,11 @@ struct SLUFactor {
     double spikeAlpha = 0.0;
     int spikeFlip = 0;
     int64_t spSize = 0;  // storage size of U, with m for the diagonal
+    // U's pivots in three blocks: positions [0, bareCols) have no entry in their
+    // column off the diagonal, positions [m - bareRows, m) none in their row.
+    // FTRAN's and BTRAN's passes over every pivot copy those blocks scaled by
+    // the diagonal instead of visiting each pivot's empty line.
+    int bareCols = 0, bareRows = 0;
 
     // Work lists of the factorisation and the update.
     std::vector<int> listA, listB, heap;

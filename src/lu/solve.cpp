@@ -306,6 +306,24 @@ int store_output(const SLUVec *in, SLUVec *out, int m, double *w, const int *lis
     return cnt == 0 ? SLU_RC_EMPTY : 0;
 }
 
+// Pivots at positions [lo, hi) whose line in the direction of the solve is
+// empty: each value moves from `from` (at fromPerm[pos]) to `to` (at
+// toPerm[pos]) times the inverse diagonal, with no branch on the value.  `to`
+// is zero there on entry.  Returns the new count of `list`.
+int move_bare(int lo, int hi, const int *fromPerm, const int *toPerm, const int *rowPerm, const double *dinv,
+              double *from, double *to, int *list, int n, double eps) {
+    for (int pos = lo; pos < hi; pos++) {
+        const int a = fromPerm[pos], b = toPerm[pos];
+        const double v = from[a];
+        from[a] = 0.0;
+        const bool keep = std::fabs(v) > eps;
+        to[b] = keep ? v * dinv[rowPerm[pos]] : 0.0;
+        list[n] = b;
+        n += keep;
+    }
+    return n;
+}
+
 // ----- FTRAN pieces ------------------------------------------------------
 
 // L etas of the factorisation, w by row.  n < 0: not listed.
@@ -452,7 +470,9 @@ int ftran_U(const SLU *h, SLUFactor &f, double *wr, const int *listR, int nR, do
         // By rows of U: x_c = (w_r - sum over the row of u_rj x_j) / u_rc, last pivot first.
         const int *rbeg = f.urow.beg.data(), *rlen = f.urow.len.data(), *rind = f.urow.ind.data();
         const double *rval = f.urow.val.data();
-        for (int pos = m - 1; pos >= 0; pos--) {
+        const int rest = m - f.bareRows;
+        nC = move_bare(rest, m, rowPerm, colPerm, rowPerm, dinv, wr, wc, listC, nC, eps);
+        for (int pos = rest - 1; pos >= 0; pos--) {
             const int r = rowPerm[pos];
             const double v = wr[r] - dot(rval, rind, rbeg[r], rbeg[r] + rlen[r], wc);
             wr[r] = 0.0;
@@ -485,13 +505,15 @@ int ftran_U(const SLU *h, SLUFactor &f, double *wr, const int *listR, int nR, do
             top = -1;
             for (int q = 0; q < nR; q++) top = std::max(top, rowPos[listR[q]]);
         }
-        for (int pos = top; pos >= 0; pos--) {
+        const int bare = f.bareCols;
+        for (int pos = top; pos >= bare; pos--) {
             const int r = rowPerm[pos];
             const double v = wr[r];
             if (v == 0.0) continue;
             wr[r] = 0.0;
             pivot(pos, r, v, none);
         }
+        nC = move_bare(0, std::min(top + 1, bare), rowPerm, colPerm, rowPerm, dinv, wr, wc, listC, nC, eps);
     }
     if (sparseIn) track(f.densFtU, nC, m);
     return nC;
@@ -566,7 +588,8 @@ int btran_U(const SLU *h, SLUFactor &f, double *wc, const int *listC, int nC, do
         // By columns of U: y_r = (w_c - sum over the column of u_ic y_i) / u_rc, first pivot first.
         const int *cbeg = f.ucol.beg.data(), *clen = f.ucol.len.data(), *cind = f.ucol.ind.data();
         const double *cval = f.ucol.val.data();
-        for (int pos = 0; pos < m; pos++) {
+        nR = move_bare(0, f.bareCols, colPerm, rowPerm, rowPerm, dinv, wc, wr, listR, nR, eps);
+        for (int pos = f.bareCols; pos < m; pos++) {
             const int c = colPerm[pos];
             const double v = wc[c] - dot(cval, cind, cbeg[c], cbeg[c] + clen[c], wr);
             wc[c] = 0.0;
@@ -599,13 +622,15 @@ int btran_U(const SLU *h, SLUFactor &f, double *wc, const int *listC, int nC, do
             bottom = m;
             for (int q = 0; q < nC; q++) bottom = std::min(bottom, colPos[listC[q]]);
         }
-        for (int pos = bottom; pos < m; pos++) {
+        const int rest = m - f.bareRows;
+        for (int pos = bottom; pos < rest; pos++) {
             const int c = colPerm[pos];
             const double v = wc[c];
             if (v == 0.0) continue;
             wc[c] = 0.0;
             pivot(pos, v, none);
         }
+        nR = move_bare(std::max(bottom, rest), m, colPerm, rowPerm, rowPerm, dinv, wc, wr, listR, nR, eps);
     }
     if (nC >= 0) track(f.densBtU, nR, m);
     return nR;

@@ -52,6 +52,11 @@ int ft_update(SLU *h, SLUFactor &f, int c, const int *sInd, const double *sVal, 
     for (int k = 0; k < sLen; k++)
         if (std::fabs(sVal[k]) > eps) p = std::max(p, f.rowPos[sInd[k]]);
     if (p < t) return SLU_STAT_NUMERIC;  // the spike must reach position t
+    // The bare blocks (see SLUFactor): positions below t keep their empty
+    // columns, those above p their empty rows; the spike's column and the rows
+    // it enters are bare no more.
+    if (t < f.bareCols) f.bareCols = std::min(f.bareCols - 1, p);
+    f.bareRows = std::min(f.bareRows, m - 1 - p);
 
     const int rt = f.rowPerm[t];
     double maxU = f.maxAbsU;

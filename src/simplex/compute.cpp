@@ -124,6 +124,18 @@ double spx_unscaled_cost_size(const GLP *g) {
   return g->objscale * cmax;
 }
 
+double spx_dual_gap_share(const GLP *g, double objective) {
+  double gap = 0.0;
+  for (int j = 0; j < g->nm; j++) {
+    const int st = g->cbas[j];
+    if (st >= 0 || !(g->clb[j] > -g->infin) || !(g->cub[j] < g->infin)) continue;
+    const double span = g->cub[j] - g->clb[j], d = g->rdc[j];
+    const double v = st == -1 ? -d : (st == -2 ? d : std::fabs(d));
+    if (v > 0.0 && span > 0.0) gap += v * span;
+  }
+  return gap / g->objscale / std::max(1.0, std::fabs(objective));
+}
+
 int spx_compute_duals(GLP *g, const std::vector<double> &cost) {
   const int m = g->m, n = g->n;
   SpxVec &in = g->work, &out = g->work2;

@@ -237,6 +237,13 @@ int spx_refine_xb(GLP *g);  // one refinement step of the basic values
 // What an unscaled reduced cost is measured against in the end tests: the
 // model's largest cost (at least 1) in the units of the scaled objective.
 double spx_unscaled_cost_size(const GLP *g);
+// What the reduced costs of the wrong sign at the nonbasic columns with finite
+// bounds (each within the tolerance) could still gain over those columns'
+// spans, as a share of the objective (at least 1), unscaled; `objective` is
+// the point's objective on the model's scale.  Large costs leave the reduced costs a
+// large absolute tolerance, and over spans in the thousands many of them add
+// up to a visible part of the objective.
+double spx_dual_gap_share(const GLP *g, double objective);
 void spx_load_column(const GLP *g, int j, SpxVec &v);  // column j by row
 // Row r of B^-1 N: g->pivrow over all columns, from rho = g->binvi.
 void spx_pivot_row(GLP *g, const SpxVec &rho);

@@ -124,6 +124,16 @@ int KXI_lu_ftran(KXI_lu *lu, const SLUVec *in, SLUVec *out, int save) {
     return KXI_LU_ERR_OK;
 }
 
+int KXI_lu_ftran_some(KXI_lu *lu, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some) {
+    const int rc = slu_do_ftran_some(lu->slu, in, want, nWant, out, some);
+    if (rc != 0 && rc != SLU_RC_EMPTY) return rc == SLU_STAT_MEMORY ? KXI_LU_ERR_MEMORY : KXI_LU_ERR_INTERNAL;
+    if (out->count < 0)
+        lu->nDenseFtran++;
+    else
+        lu->nSparseFtran++;
+    return KXI_LU_ERR_OK;
+}
+
 int KXI_lu_btran(KXI_lu *lu, const SLUVec *in, SLUVec *out) {
     const int rc = slu_do_btran(lu->slu, in, out);
     if (rc != 0 && rc != SLU_RC_EMPTY) return rc == SLU_STAT_MEMORY ? KXI_LU_ERR_MEMORY : KXI_LU_ERR_INTERNAL;

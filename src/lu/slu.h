@@ -208,6 +208,10 @@ struct SLUFactor {
     // that save no spike: the simplex's entering columns save one, and its other
     // solves (steepest-edge and flip vectors) fill differently.
     double otherFt[4] = {0.0, 0.0, 0.0, 0.0};
+    // Running share of the partial solves (slu_do_ftran_some) that end in full
+    // solves because their entries depend on too many others.
+    double someMiss = 0.0;
+    unsigned someSkips = 0;
 };
 
 struct SLU {
@@ -286,6 +290,11 @@ int slu_update(SLU *h, int position);
 int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save);
 // Solve B^T y = in; in indexed by basis position, y by row.
 int slu_do_btran(SLU *h, const SLUVec *in, SLUVec *out);
+// The entries want[0..nWant) (distinct basis positions) of x = B^-1 in, when
+// they depend on few others: out (scattered) then lists exactly those and
+// *some is 1.  Otherwise the whole of x is solved into out as by slu_do_ftran
+// without a spike, and *some is 0.  No spike is saved either way.
+int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some);
 
 // Sizes and counts.
 int slu_eta_size(const SLU *h);
@@ -373,5 +382,6 @@ int KXI_lu_update(KXI_lu *lu, int position, double alpha, int flip, int *luStat)
 // Solves; the result's count says whether it came out dense or sparse.
 int KXI_lu_ftran(KXI_lu *lu, const SLUVec *in, SLUVec *out, int save);
 int KXI_lu_btran(KXI_lu *lu, const SLUVec *in, SLUVec *out);
+int KXI_lu_ftran_some(KXI_lu *lu, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some);
 // 21500 stable, 21501 completed, 21502 tried factorisations; other ids go through.
 int KXI_lu_get_iinfo(const KXI_lu *lu, int id, int *v);

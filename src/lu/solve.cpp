@@ -782,6 +782,76 @@ int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
     return store_output(in, out, m, wc, listC, nC, h->epsNonz);
 }
 
+int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some) {
+    *some = 0;
+    if (!h || !in || !out || !want || nWant < 0) return SLU_STAT_NUMERIC;
+    SLUFactor *fp = h->work;
+    if (!fp) return SLU_STAT_NOFACTOR;
+    SLUFactor &f = *fp;
+    if (f.status != SLU_STAT_OK) return f.status;
+    const OtherShares shares(f, true);
+    const int m = h->m;
+    double *wr = f.wRow.data();
+    double *wc = f.wCol.data();
+    int *listR = f.listRow.data();
+    int *listC = f.listCol.data();
+    int nR = load_input(in, m, wr, listR);
+    ftran_L(h, f, wr, listR, nR);
+    ftran_R(f, wr, listR, nR);
+
+    // x_c = (w_r - sum over row r of U of u_rj x_j) / u_rc with r the pivot row
+    // of column c: the wanted columns need the columns of their rows, and so
+    // on.  A search over the rows finds them; it gives up at the limit, and a
+    // run of give-ups stops the tries but for one in sixteen, which keeps the
+    // share fresh.
+    const int limit = std::max(64, m / 8);
+    const bool tryIt = f.nP == 0 && out->scattered && (f.someMiss < 0.5 || (++f.someSkips & 15) == 0);
+    int top = -1;
+    const int *rowPerm = f.rowPerm.data(), *colPos = f.colPos.data();
+    const int *rbeg = f.urow.beg.data(), *rlen = f.urow.len.data(), *rind = f.urow.ind.data();
+    const double *rval = f.urow.val.data();
+    if (tryIt) {
+        auto range = [&](int c, int &kb, int &ke) {
+            const int r = rowPerm[colPos[c]];
+            kb = rbeg[r];
+            ke = kb + rlen[r];
+        };
+        top = reach(search_space(f), want, nWant, rind, range, m, limit);
+        f.someMiss += kDensWeight * ((top < 0 ? 1.0 : 0.0) - f.someMiss);
+    }
+    if (top < 0) {
+        // The whole solve from here, as slu_do_ftran goes on.
+        int nC = ftran_U(h, f, wr, listR, nR, wc, listC, in->count >= 0);
+        ftran_P(f, wc, listC, nC);
+        return store_output(in, out, m, wc, listC, nC, h->epsNonz);
+    }
+    const int *order = f.dfsOrder.data();
+    char *mark = f.mark.data();
+    const double *dinv = f.dinv.data();
+    for (int q = m - 1; q >= top; q--) {
+        const int c = order[q];
+        const int r = rowPerm[colPos[c]];
+        wc[c] = (wr[r] - dot(rval, rind, rbeg[r], rbeg[r] + rlen[r], wc)) * dinv[r];
+    }
+    for (int k = 0; k < nWant; k++) {
+        const int c = want[k];
+        out->ind[k] = c;
+        out->val[c] = wc[c];
+    }
+    out->count = nWant;
+    for (int q = top; q < m; q++) {
+        mark[order[q]] = 0;
+        wc[order[q]] = 0.0;
+    }
+    if (nR >= 0) {
+        for (int k = 0; k < nR; k++) wr[listR[k]] = 0.0;
+    } else {
+        std::fill(wr, wr + m, 0.0);
+    }
+    *some = 1;
+    return 0;
+}
+
 int slu_do_btran(SLU *h, const SLUVec *in, SLUVec *out) {
     if (!h || !in || !out) return SLU_STAT_NUMERIC;
     SLUFactor *fp = h->work;

@@ -27,6 +27,20 @@ int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save) {
   return lu_code(rc);
 }
 
+int spx_ftran_some(GLP *g, SpxVec &in, const int *want, int nWant, SpxVec &out) {
+  SLUVec a = in.as_slu(), b = out.as_slu();
+  int some = 0;
+  const int rc = KXI_lu_ftran_some(g->lu, &a, want, nWant, &b, &some);
+  out.count = b.count;
+  if (in.count >= 0) {
+    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
+    in.count = 0;
+  } else {
+    in.clear(g->m);
+  }
+  return lu_code(rc);
+}
+
 int spx_btran(GLP *g, SpxVec &in, SpxVec &out) {
   SLUVec a = in.as_slu(), b = out.as_slu();
   const int rc = KXI_lu_btran(g->lu, &a, &b);

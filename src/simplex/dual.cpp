@@ -505,10 +505,14 @@ int run_phase(Work &w, int *err) {
       continue;
     }
 
-    // tau = B^-1 rho for the steepest-edge update (rho is used up).
+    // tau = B^-1 rho for the steepest-edge update (rho is used up); the
+    // update reads it only where the entering column has entries.
     if (w.pricing == DP_STEEPEST) {
       w.tau.clear(m);
-      rc = spx_ftran(g, rho, w.tau, 0);
+      if (col.count >= 0)
+        rc = spx_ftran_some(g, rho, col.ind.data(), col.count, w.tau);
+      else
+        rc = spx_ftran(g, rho, w.tau, 0);
       if (rc) {
         *err = lu_rc(rc);
         return PE_ERROR;

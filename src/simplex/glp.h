@@ -233,6 +233,9 @@ int spx_compute_duals(GLP *g, const std::vector<double> &cost);  // y and rdc
 // out by row).  The input is cleared; the output must be clear on entry.
 int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save);
 int spx_btran(GLP *g, SpxVec &in, SpxVec &out);
+// out = B^-1 in at the positions want[0..nWant) at least (all of it when those
+// depend on too many others); in is cleared as by spx_ftran.
+int spx_ftran_some(GLP *g, SpxVec &in, const int *want, int nWant, SpxVec &out);
 int spx_refine_xb(GLP *g);  // one refinement step of the basic values
 // What an unscaled reduced cost is measured against in the end tests: the
 // model's largest cost (at least 1) in the units of the scaled objective.

@@ -246,3 +246,71 @@ TEST(Store, PackingKeepsTheLines) {
 }
 
 }  // namespace
+
+namespace {
+
+// B^-1 a at a few positions, by slu_do_ftran_some, into a dense vector (NaN
+// elsewhere after a partial solve, so that a stray read shows); *some tells
+// which way it went.
+std::vector<double> ftran_some(SLU *h, int m, const std::vector<double> &a, const std::vector<int> &want, int *some) {
+    std::vector<int> inInd, outInd(m);
+    std::vector<double> inVal, outVal(m, 0.0);
+    for (int i = 0; i < m; i++)
+        if (a[i] != 0.0) {
+            inInd.push_back(i);
+            inVal.push_back(a[i]);
+        }
+    SLUVec in{(int)inInd.size(), inInd.data(), inVal.data(), 0};
+    SLUVec out{0, outInd.data(), outVal.data(), 1};
+    EXPECT_EQ(slu_do_ftran_some(h, &in, want.data(), (int)want.size(), &out, some), 0);
+    // A full solve lists its nonzeros only; a partial one lists every wanted entry.
+    std::vector<double> x(m, *some ? std::nan("") : 0.0);
+    if (out.count < 0) {
+        for (int i = 0; i < m; i++) x[i] = outVal[i];
+    } else {
+        for (int k = 0; k < out.count; k++) x[outInd[k]] = outVal[outInd[k]];
+    }
+    return x;
+}
+
+}  // namespace
+
+TEST(SolvePaths, SomeEntriesMatchTheFullSolve) {
+    // A sparse basis (the wanted entries depend on few others) and a denser one
+    // (they depend on many: the call solves in full), before and after updates.
+    for (double dens : {0.002, 0.03}) {
+        SCOPED_TRACE(dens);
+        Pool pool;
+        std::vector<int> head;
+        const int m = 600;
+        random_basis(pool, head, m, dens, 0.5, 31, 1.0);
+        Trio t(pool, head);
+        std::mt19937 rng(12);
+        int partial = 0, full = 0;
+        for (int round = 0; round < 3; round++) {
+            for (int rep = 0; rep < 40; rep++) {
+                const std::vector<double> a = random_sparse(m, 1 + (int)(rng() % 6), rng);
+                std::vector<int> want;
+                for (int k = 0; k < 1 + (int)(rng() % 12); k++) {
+                    const int p = (int)(rng() % m);
+                    if (std::find(want.begin(), want.end(), p) == want.end()) want.push_back(p);
+                }
+                Solver s(t.loops.h, m);
+                const std::vector<double> x = s.ftran(a, true);
+                int some = -1;
+                const std::vector<double> y = ftran_some(t.picks.h, m, a, want, &some);
+                (some ? partial : full)++;
+                for (int p : want) EXPECT_NEAR(y[p], x[p], 1e-9 * (1.0 + std::fabs(x[p]))) << p;
+                if (!some) {
+                    for (int p = 0; p < m; p++) EXPECT_NEAR(y[p], x[p], 1e-9 * (1.0 + std::fabs(x[p]))) << p;
+                }
+            }
+            for (int k = 0; k < 15; k++) t.replace(rng);
+            t.round(rng, 1e-8);  // the work arrays were left clean for the other solves
+        }
+        if (dens < 0.01)
+            EXPECT_GT(partial, 100);
+        else
+            EXPECT_GT(full, 0);
+    }
+}

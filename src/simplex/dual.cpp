@@ -348,6 +348,43 @@ int apply_flips(Work &w) {
   return 0;
 }
 
+// Whether row r of B^-1 (rho) proves that basic r cannot reach its violated
+// bound (below it for s < 0, above for s > 0): recomputed from the right-hand
+// side and the pivot row over the nonbasics' bounds, without the running
+// basic values, so that an error in those cannot end the run "infeasible".
+bool ray_proves(const Work &w, const SpxVec &rho, int r, int s) {
+  const GLP *g = w.g;
+  const double inf = g->infin;
+  long double base = 0.0L;
+  double size = 0.0;
+  for_each(rho, g->m, [&](int i, double v) {
+    base += static_cast<long double>(v) * g->rhs1[i];
+    size = std::max(size, std::fabs(v * g->rhs1[i]));
+  });
+  // x_r = base - sum over nonbasic j of alpha_rj x_j: its most in the
+  // direction of the violated bound.
+  long double best = base;
+  const SpxVec &row = g->pivrow;
+  for (int k = 0; k < row.count; k++) {
+    const int j = row.ind[k];
+    const double a = row.val[j];
+    const double toward = s * a;  // the way x_j moves x_r toward the violated bound
+    const double bnd = toward > 0 ? g->cub[j] : g->clb[j];
+    if (std::fabs(bnd) >= inf) {
+      // An open column: the ratio test passed it over as a pivot below its
+      // tolerance, which the proof follows.
+      if (std::fabs(a) <= w.alphaTol) continue;
+      return false;
+    }
+    best += static_cast<long double>(-a) * bnd;
+    size = std::max(size, std::fabs(a * bnd));
+  }
+  const int jr = g->rbas[r];
+  const double target = s < 0 ? g->clb[jr] : g->cub[jr];
+  const double gap = s < 0 ? static_cast<double>(target - best) : static_cast<double>(best - target);
+  return gap > g->reps * (1.0 + std::fabs(target)) + 1e-9 * size;
+}
+
 // One phase of the loop on the data in g (phase-1 boxes or the true bounds).
 // PE_OPTIMAL: no primal infeasibility left with a fresh factorisation and the
 // working costs; PE_STAT: g->stat was set; PE_ERROR: *err holds a result.
@@ -455,7 +492,7 @@ int run_phase(Work &w, int *err) {
         g->wfact = WF_CONFIRM;
         continue;
       }
-      if (w.phase == 2) {
+      if (w.phase == 2 && ray_proves(w, rho, r, s)) {
         // No column can make row r feasible: a dual ray.
         g->ray.assign(m, 0.0);
         for_each(rho, m, [&](int i, double v) { g->ray[i] = s * v; });

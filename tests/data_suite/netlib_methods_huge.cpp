@@ -1,4 +1,4 @@
-// The netlib models that take minutes (dfl001, qap12, qap15): primal, dual and
+// The netlib models that take many minutes (qap12, qap15): primal, dual and
 // the free method, each with presolve off and with the default presolve.  Label
 // data-huge: `make test-huge` runs them; they are kept out of `make test`.
 #include "data_suite/netlib_dual_common.h"

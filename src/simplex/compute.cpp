@@ -173,6 +173,7 @@ int spx_compute_duals(GLP *g, const std::vector<double> &cost) {
     g->rdc[j] = d;
   }
   for (int i = 0; i < m; i++) g->rdc[n + i] = g->cbas[n + i] >= 0 ? 0.0 : cost[n + i] - y[i];
+  g->candValid = false;
   return 0;
 }
 

@@ -134,9 +134,14 @@ struct GLP {
   std::vector<int> iwork;     // scratch of length n+m
   std::vector<char> mark;     // n+m marks, zero between uses
 
-  // Candidate list for partial pricing.
+  int scanStart = 0;  // where the next partial scan starts
+  // Devex pricing's candidates: a list that holds every nonbasic column whose
+  // reduced cost is infeasible (and others, weeded out as the scan meets them)
+  // while candValid; a fresh set of reduced costs clears candValid and the next
+  // scan rebuilds it from all columns.
   std::vector<int> cand;
-  int scanStart = 0;
+  std::vector<char> inCand;
+  bool candValid = false;
 
   // The LU engine.
   KXI_lu *lu = nullptr;
@@ -257,6 +262,7 @@ double spx_objective(const GLP *g);  // scaled internal objective of x
 void devex_reset(GLP *g);
 int pgetpj(GLP *g);                   // entering column or -1
 void pupdrdc(GLP *g, int q, int r, double alphaq, int leave);  // reduced costs and weights
+void spx_cand_touch(GLP *g, int j);   // column j's reduced cost or status changed
 void pckstp(GLP *g);
 
 // --- primal_ratio.cpp: ratio tests ---------------------------------------------

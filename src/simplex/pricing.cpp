@@ -74,7 +74,84 @@ int scan_range(GLP *g, int from, int to, double *best) {
   return q;
 }
 
+// Whether nonbasic j may enter: its reduced cost violates its status and it
+// is not fixed; the score goes to *score (free columns first: they never leave).
+inline bool enters(const GLP *g, int j, double tol, bool devex, double *score) {
+  const int st = g->cbas[j];
+  if (st >= 0) return false;
+  double v;
+  if (!status_viol(st, g->rdc[j], tol, &v)) return false;
+  if (st >= -2 && !(g->cub[j] > g->clb[j])) return false;
+  double s = devex ? v * v / g->devexw[j] : v;
+  if (st <= -3) s *= 1e3;
+  *score = s;
+  return true;
+}
+
+// Devex pricing over the candidate list, rebuilt from every column when it is
+// not valid or comes out empty (so that no column is ever missed).  The scan
+// keeps the order of the full one within the list, and the list is kept in
+// column order between rebuilds only as far as additions allow: ties between
+// equal scores may go another way than a full scan.
+int scan_candidates(GLP *g) {
+  const int nm = g->nm;
+  const double tol = g->ceps;
+  const bool devex = g->pricing == 2;
+  const char *rej = g->rejected.data();
+  if (g->inCand.size() != static_cast<size_t>(nm)) {
+    g->inCand.assign(nm, 0);
+    g->cand.clear();
+    g->candValid = false;
+  }
+  char *in = g->inCand.data();
+  std::vector<int> &cand = g->cand;
+  if (g->candValid) {
+    int q = -1;
+    double best = 0.0;
+    size_t keep = 0;
+    for (size_t k = 0; k < cand.size(); k++) {
+      const int j = cand[k];
+      double s;
+      if (!enters(g, j, tol, devex, &s)) {
+        in[j] = 0;
+        continue;
+      }
+      cand[keep++] = j;
+      if (!rej[j] && (s > best || (s == best && q >= 0 && j < q))) {
+        best = s;
+        q = j;
+      }
+    }
+    cand.resize(keep);
+    if (q >= 0) return q;
+  }
+  for (int j : cand) in[j] = 0;
+  cand.clear();
+  int q = -1;
+  double best = 0.0;
+  for (int j = 0; j < nm; j++) {
+    double s;
+    if (!enters(g, j, tol, devex, &s)) continue;
+    cand.push_back(j);
+    in[j] = 1;
+    if (!rej[j] && s > best) {
+      best = s;
+      q = j;
+    }
+  }
+  g->candValid = true;
+  return q;
+}
+
 }  // namespace
+
+void spx_cand_touch(GLP *g, int j) {
+  if (!g->candValid || g->inCand[j]) return;
+  double s;
+  if (!enters(g, j, g->ceps, g->pricing == 2, &s)) return;
+  g->inCand[j] = 1;
+  g->cand.push_back(j);
+}
 
 int pgetpj(GLP *g) {
   while (g->nforced > 0) {
@@ -84,9 +161,8 @@ int pgetpj(GLP *g) {
   }
   const int nm = g->nm;
   double best = 0.0;
-  if (g->pricing == 2 || nm < 4 * g->m || nm < 2000) {
-    return scan_range(g, 0, nm, &best);
-  }
+  if (g->pricing == 2) return scan_candidates(g);
+  if (nm < 4 * g->m || nm < 2000) return scan_range(g, 0, nm, &best);
   // Partial scans: windows of a few multiples of m columns starting where the
   // last scan ended; a window that finds nothing widens to the whole range.
   const int w = std::max(g->m, 1000) * 3;
@@ -129,6 +205,7 @@ void pupdrdc(GLP *g, int q, int r, double alphaq, int leave) {
       const double nw = aj * aj * wscale;
       if (nw > w[j]) w[j] = nw;
     }
+    spx_cand_touch(g, j);
   }
   rdc[q] = 0.0;
   rdc[leave] = -thetad;

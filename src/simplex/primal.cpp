@@ -103,6 +103,7 @@ int apply_cost_change(GLP *g) {
   for (int k = 0; k < row.count; k++) {
     const int j = row.ind[k];
     g->rdc[j] -= row.val[j];
+    spx_cand_touch(g, j);
   }
   dy.clear(g->m);
   return 0;
@@ -132,6 +133,7 @@ int update_phase1_costs(GLP *g, int leave) {
     g->npinf--;
     g->rdc[leave] -= g->cph[leave];
     g->cph[leave] = 0.0;
+    spx_cand_touch(g, leave);
   }
   if (g->npinf <= 0) {
     delta.clear(g->m);
@@ -401,6 +403,7 @@ int psimplex(GLP *g) {
         g->x[q] = g->clb[q];
         g->cbas[q] = -1;
       }
+      spx_cand_touch(g, q);
       g->iter++;
       itersThisRun++;
       g->nflips++;
@@ -464,6 +467,7 @@ int psimplex(GLP *g) {
     g->rbas[r] = q;
     g->cbas[q] = r;
     g->cbas[leave] = (leaveVal == g->clb[leave]) ? -1 : -2;
+    spx_cand_touch(g, leave);
     if (step < kDegenerateStep) {
       g->ndeg++;
       consecDeg++;

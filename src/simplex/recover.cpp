@@ -26,6 +26,7 @@ int spx_repair_basis(GLP *g, const char *tag) {
     g->rbas[p] = in;
     g->cbas[in] = p;
     g->rdc[in] = 0.0;
+    g->candValid = false;
     spx_debug(g, 2, "%s: colout=%6d, colin=%6d at row=%6d (%6d,%6d)\n", tag, out, in, r, p, k);
     done++;
   }

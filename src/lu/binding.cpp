@@ -114,8 +114,11 @@ int KXI_lu_update(KXI_lu *lu, int position, double alpha, int flip, int *luStat)
     return s == SLU_STAT_MEMORY ? KXI_LU_ERR_MEMORY : KXI_LU_ERR_OK;
 }
 
-int KXI_lu_ftran(KXI_lu *lu, const SLUVec *in, SLUVec *out, int save) {
-    const int rc = slu_do_ftran(lu->slu, in, out, save);
+namespace {
+
+// The library code of an FTRAN's engine result, counting the solve as dense or
+// sparse by its output.
+int ftran_done(KXI_lu *lu, int rc, const SLUVec *out) {
     if (rc != 0 && rc != SLU_RC_EMPTY) return rc == SLU_STAT_MEMORY ? KXI_LU_ERR_MEMORY : KXI_LU_ERR_INTERNAL;
     if (out->count < 0)
         lu->nDenseFtran++;
@@ -124,14 +127,14 @@ int KXI_lu_ftran(KXI_lu *lu, const SLUVec *in, SLUVec *out, int save) {
     return KXI_LU_ERR_OK;
 }
 
+}  // namespace
+
+int KXI_lu_ftran(KXI_lu *lu, const SLUVec *in, SLUVec *out, int save) {
+    return ftran_done(lu, slu_do_ftran(lu->slu, in, out, save), out);
+}
+
 int KXI_lu_ftran_some(KXI_lu *lu, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some) {
-    const int rc = slu_do_ftran_some(lu->slu, in, want, nWant, out, some);
-    if (rc != 0 && rc != SLU_RC_EMPTY) return rc == SLU_STAT_MEMORY ? KXI_LU_ERR_MEMORY : KXI_LU_ERR_INTERNAL;
-    if (out->count < 0)
-        lu->nDenseFtran++;
-    else
-        lu->nSparseFtran++;
-    return KXI_LU_ERR_OK;
+    return ftran_done(lu, slu_do_ftran_some(lu->slu, in, want, nWant, out, some), out);
 }
 
 int KXI_lu_btran(KXI_lu *lu, const SLUVec *in, SLUVec *out) {

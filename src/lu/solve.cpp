@@ -730,24 +730,40 @@ struct OtherShares {
     }
 };
 
+
+// The factor ready to solve with, or null with the reason in *rc.
+SLUFactor *ready(SLU *h, const SLUVec *in, const SLUVec *out, int *rc) {
+    *rc = SLU_STAT_NUMERIC;
+    if (!h || !in || !out) return nullptr;
+    *rc = SLU_STAT_NOFACTOR;
+    if (!h->work) return nullptr;
+    *rc = h->work->status;
+    return *rc == SLU_STAT_OK ? h->work : nullptr;
+}
+
+// An FTRAN's input through L and the row etas, left in wRow; returns its
+// count in listRow, or -1 when not listed.
+int ftran_lower(const SLU *h, SLUFactor &f, const SLUVec *in) {
+    int nR = load_input(in, h->m, f.wRow.data(), f.listRow.data());
+    ftran_L(h, f, f.wRow.data(), f.listRow.data(), nR);
+    ftran_R(f, f.wRow.data(), f.listRow.data(), nR);
+    return nR;
+}
+
 }  // namespace
 
 int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
-    if (!h || !in || !out) return SLU_STAT_NUMERIC;
-    SLUFactor *fp = h->work;
-    if (!fp) return SLU_STAT_NOFACTOR;
+    int rc;
+    SLUFactor *fp = ready(h, in, out, &rc);
+    if (!fp) return rc;
     SLUFactor &f = *fp;
-    if (f.status != SLU_STAT_OK) return f.status;
     const OtherShares shares(f, save == 0);
     const int m = h->m;
     double *wr = f.wRow.data();
     double *wc = f.wCol.data();
     int *listR = f.listRow.data();
     int *listC = f.listCol.data();
-    int nR = load_input(in, m, wr, listR);
-
-    ftran_L(h, f, wr, listR, nR);
-    ftran_R(f, wr, listR, nR);
+    int nR = ftran_lower(h, f, in);
     if (save && h->updateType == 1) {
         // The spike: the vector after L and the row etas.
         int n = 0;
@@ -784,20 +800,18 @@ int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
 
 int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some) {
     *some = 0;
-    if (!h || !in || !out || !want || nWant < 0) return SLU_STAT_NUMERIC;
-    SLUFactor *fp = h->work;
-    if (!fp) return SLU_STAT_NOFACTOR;
+    if (!want || nWant < 0) return SLU_STAT_NUMERIC;
+    int rc;
+    SLUFactor *fp = ready(h, in, out, &rc);
+    if (!fp) return rc;
     SLUFactor &f = *fp;
-    if (f.status != SLU_STAT_OK) return f.status;
     const OtherShares shares(f, true);
     const int m = h->m;
     double *wr = f.wRow.data();
     double *wc = f.wCol.data();
     int *listR = f.listRow.data();
     int *listC = f.listCol.data();
-    int nR = load_input(in, m, wr, listR);
-    ftran_L(h, f, wr, listR, nR);
-    ftran_R(f, wr, listR, nR);
+    int nR = ftran_lower(h, f, in);
 
     // x_c = (w_r - sum over row r of U of u_rj x_j) / u_rc with r the pivot row
     // of column c: the wanted columns need the columns of their rows, and so

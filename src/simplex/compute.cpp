@@ -11,47 +11,30 @@ int lu_code(int rc) { return rc == KXI_LU_ERR_MEMORY ? SPX_NOMEM : (rc ? SPX_NUM
 
 constexpr double kDropRow = 1e-12;  // pivot row entries below this are dropped
 
+// After a solve: the output's count from the engine's vector, the input
+// cleared (the engine leaves its values in place), the result code mapped.
+int solved(GLP *g, int rc, SpxVec &in, SpxVec &out, const SLUVec &b) {
+  out.count = b.count;
+  in.clear(g->m);
+  return lu_code(rc);
+}
+
 }  // namespace
 
 int spx_ftran(GLP *g, SpxVec &in, SpxVec &out, int save) {
   SLUVec a = in.as_slu(), b = out.as_slu();
-  const int rc = KXI_lu_ftran(g->lu, &a, &b, save);
-  out.count = b.count;
-  // The engine leaves a listed input's values in place: clear them.
-  if (in.count >= 0) {
-    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
-    in.count = 0;
-  } else {
-    in.clear(g->m);
-  }
-  return lu_code(rc);
+  return solved(g, KXI_lu_ftran(g->lu, &a, &b, save), in, out, b);
 }
 
 int spx_ftran_some(GLP *g, SpxVec &in, const int *want, int nWant, SpxVec &out) {
   SLUVec a = in.as_slu(), b = out.as_slu();
   int some = 0;
-  const int rc = KXI_lu_ftran_some(g->lu, &a, want, nWant, &b, &some);
-  out.count = b.count;
-  if (in.count >= 0) {
-    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
-    in.count = 0;
-  } else {
-    in.clear(g->m);
-  }
-  return lu_code(rc);
+  return solved(g, KXI_lu_ftran_some(g->lu, &a, want, nWant, &b, &some), in, out, b);
 }
 
 int spx_btran(GLP *g, SpxVec &in, SpxVec &out) {
   SLUVec a = in.as_slu(), b = out.as_slu();
-  const int rc = KXI_lu_btran(g->lu, &a, &b);
-  out.count = b.count;
-  if (in.count >= 0) {
-    for (int k = 0; k < in.count; k++) in.val[in.ind[k]] = 0.0;
-    in.count = 0;
-  } else {
-    in.clear(g->m);
-  }
-  return lu_code(rc);
+  return solved(g, KXI_lu_btran(g->lu, &a, &b), in, out, b);
 }
 
 void spx_load_column(const GLP *g, int j, SpxVec &v) {

@@ -730,7 +730,6 @@ struct OtherShares {
     }
 };
 
-
 // The factor ready to solve with, or null with the reason in *rc.
 SLUFactor *ready(SLU *h, const SLUVec *in, const SLUVec *out, int *rc) {
     *rc = SLU_STAT_NUMERIC;
@@ -750,6 +749,21 @@ int ftran_lower(const SLU *h, SLUFactor &f, const SLUVec *in) {
     return nR;
 }
 
+// The rest of an FTRAN from wRow (nR listed, or -1): U, the product-form etas,
+// and the result into out; savePF keeps it as the product-form spike.
+int ftran_upper(SLU *h, SLUFactor &f, const SLUVec *in, SLUVec *out, int nR, bool savePF) {
+    int *listC = f.listCol.data();
+    double *wc = f.wCol.data();
+    int nC = ftran_U(h, f, f.wRow.data(), f.listRow.data(), nR, wc, listC, in->count >= 0);
+    ftran_P(f, wc, listC, nC);
+    if (savePF) {
+        h->spikeSource = 0;
+        return store_output(in, out, h->m, wc, listC, nC, h->epsNonz, h->pivColInd.data(), h->pivColVal.data(),
+                            &h->pivColCount);
+    }
+    return store_output(in, out, h->m, wc, listC, nC, h->epsNonz);
+}
+
 }  // namespace
 
 int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
@@ -760,10 +774,8 @@ int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
     const OtherShares shares(f, save == 0);
     const int m = h->m;
     double *wr = f.wRow.data();
-    double *wc = f.wCol.data();
-    int *listR = f.listRow.data();
-    int *listC = f.listCol.data();
-    int nR = ftran_lower(h, f, in);
+    const int *listR = f.listRow.data();
+    const int nR = ftran_lower(h, f, in);
     if (save && h->updateType == 1) {
         // The spike: the vector after L and the row etas.
         int n = 0;
@@ -788,14 +800,7 @@ int slu_do_ftran(SLU *h, const SLUVec *in, SLUVec *out, int save) {
         h->spikeCount = n;
         h->spikeSource = 0;
     }
-    int nC = ftran_U(h, f, wr, listR, nR, wc, listC, in->count >= 0);
-    ftran_P(f, wc, listC, nC);
-    if (save && h->updateType == 0) {
-        h->spikeSource = 0;
-        return store_output(in, out, m, wc, listC, nC, h->epsNonz, h->pivColInd.data(), h->pivColVal.data(),
-                            &h->pivColCount);
-    }
-    return store_output(in, out, m, wc, listC, nC, h->epsNonz);
+    return ftran_upper(h, f, in, out, nR, save && h->updateType == 0);
 }
 
 int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUVec *out, int *some) {
@@ -807,11 +812,7 @@ int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUV
     SLUFactor &f = *fp;
     const OtherShares shares(f, true);
     const int m = h->m;
-    double *wr = f.wRow.data();
-    double *wc = f.wCol.data();
-    int *listR = f.listRow.data();
-    int *listC = f.listCol.data();
-    int nR = ftran_lower(h, f, in);
+    const int nR = ftran_lower(h, f, in);
 
     // x_c = (w_r - sum over row r of U of u_rj x_j) / u_rc with r the pivot row
     // of column c: the wanted columns need the columns of their rows, and so
@@ -833,12 +834,9 @@ int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUV
         top = reach(search_space(f), want, nWant, rind, range, m, limit);
         f.someMiss += kDensWeight * ((top < 0 ? 1.0 : 0.0) - f.someMiss);
     }
-    if (top < 0) {
-        // The whole solve from here, as slu_do_ftran goes on.
-        int nC = ftran_U(h, f, wr, listR, nR, wc, listC, in->count >= 0);
-        ftran_P(f, wc, listC, nC);
-        return store_output(in, out, m, wc, listC, nC, h->epsNonz);
-    }
+    if (top < 0) return ftran_upper(h, f, in, out, nR, false);  // the whole solve from here
+    double *wr = f.wRow.data(), *wc = f.wCol.data();
+    const int *listR = f.listRow.data();
     const int *order = f.dfsOrder.data();
     char *mark = f.mark.data();
     const double *dinv = f.dinv.data();
@@ -867,11 +865,10 @@ int slu_do_ftran_some(SLU *h, const SLUVec *in, const int *want, int nWant, SLUV
 }
 
 int slu_do_btran(SLU *h, const SLUVec *in, SLUVec *out) {
-    if (!h || !in || !out) return SLU_STAT_NUMERIC;
-    SLUFactor *fp = h->work;
-    if (!fp) return SLU_STAT_NOFACTOR;
+    int rc;
+    SLUFactor *fp = ready(h, in, out, &rc);
+    if (!fp) return rc;
     SLUFactor &f = *fp;
-    if (f.status != SLU_STAT_OK) return f.status;
     const int m = h->m;
     double *wr = f.wRow.data();
     double *wc = f.wCol.data();
@@ -886,7 +883,7 @@ int slu_do_btran(SLU *h, const SLUVec *in, SLUVec *out) {
     btran_R(f, wr, listR, nR);
     btran_L(h, f, wr, listR, nR, !sparseIn);
     const bool listed = nR >= 0;
-    const int rc = store_output(in, out, m, wr, listR, nR, h->epsNonz);
+    rc = store_output(in, out, m, wr, listR, nR, h->epsNonz);
     if (sparseIn && !listed) track(f.densBtL, out->count, m);
     return rc;
 }

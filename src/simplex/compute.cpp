@@ -126,11 +126,22 @@ double spx_dual_gap_share(const GLP *g, double objective) {
   for (int j = 0; j < g->nm; j++) {
     const int st = g->cbas[j];
     if (st >= 0 || !(g->clb[j] > -g->infin) || !(g->cub[j] < g->infin)) continue;
-    const double span = g->cub[j] - g->clb[j], d = g->rdc[j];
-    const double v = st == -1 ? -d : (st == -2 ? d : std::fabs(d));
-    if (v > 0.0 && span > 0.0) gap += v * span;
+    const double span = g->cub[j] - g->clb[j];
+    double v;
+    if (spx_status_viol(st, g->rdc[j], 0.0, &v) && span > 0.0) gap += v * span;
   }
   return gap / g->objscale / std::max(1.0, std::fabs(objective));
+}
+
+bool spx_tighten(GLP *g, double pv, double dv, double gs) {
+  if (pv <= g->repsUser && dv <= g->cepsUser && gs <= g->cepsUser) return false;
+  if (pv > g->repsUser) g->reps = std::max(g->reps * g->repsUser / pv * 0.5, 1e-12);
+  if (dv > g->cepsUser) g->ceps = std::max(g->ceps * g->cepsUser / dv * 0.5, 1e-12);
+  if (gs > g->cepsUser) g->ceps = std::max(g->ceps * 0.1, 1e-12);
+  spx_debug(g, 1, "\nTightening tolerances: reps=%e ceps=%e (unscaled %e %e, gap share %e)", g->reps, g->ceps, pv, dv,
+            gs);
+  g->wfact = WF_CHECK;
+  return true;
 }
 
 int spx_compute_duals(GLP *g, const std::vector<double> &cost) {

@@ -655,16 +655,9 @@ double unscaled_primal_viol(const GLP *g) {
 bool tighten_if_needed(Work &w) {
   GLP *g = w.g;
   if (w.tightenings >= 3) return false;
-  const double pv = unscaled_primal_viol(g), dv = unscaled_dual_viol(g);
   const double gs = spx_dual_gap_share(g, g->sense * work_objective(w) / g->objscale + g->objconst);
-  if (pv <= g->repsUser && dv <= g->cepsUser && gs <= g->cepsUser) return false;
+  if (!spx_tighten(g, unscaled_primal_viol(g), unscaled_dual_viol(g), gs)) return false;
   w.tightenings++;
-  if (pv > g->repsUser) g->reps = std::max(g->reps * g->repsUser / pv * 0.5, 1e-12);
-  if (dv > g->cepsUser) g->ceps = std::max(g->ceps * g->cepsUser / dv * 0.5, 1e-12);
-  if (gs > g->cepsUser) g->ceps = std::max(g->ceps * 0.1, 1e-12);
-  spx_debug(g, 1, "\nTightening tolerances: reps=%e ceps=%e (unscaled %e %e, gap share %e)", g->reps, g->ceps, pv,
-            dv, gs);
-  g->wfact = WF_CHECK;
   return true;
 }
 

@@ -245,6 +245,27 @@ int spx_refine_xb(GLP *g);  // one refinement step of the basic values
 // What an unscaled reduced cost is measured against in the end tests: the
 // model's largest cost (at least 1) in the units of the scaled objective.
 double spx_unscaled_cost_size(const GLP *g);
+// Whether reduced cost d violates the status st of its column by more than
+// tol, with the violation in *v: at the lower bound it should not be
+// negative, at the upper bound not positive, free or between bounds it should
+// be zero; basics have none.  Fixed columns are left to the caller.
+inline bool spx_status_viol(int st, double d, double tol, double *v) {
+  if (st == -1) {
+    *v = -d;
+    return d < -tol;
+  }
+  if (st == -2) {
+    *v = d;
+    return d > tol;
+  }
+  *v = d < 0 ? -d : d;
+  return st <= -3 && *v > tol;
+}
+// The end test's tolerances against what the unscaled point shows: the
+// largest primal and dual violations (pv, dv) and the dual gap share (gs).
+// Where one exceeds the caller's tolerance the working one tightens; returns
+// whether any did.
+bool spx_tighten(GLP *g, double pv, double dv, double gs);
 // What the reduced costs of the wrong sign at the nonbasic columns with finite
 // bounds (each within the tolerance) could still gain over those columns'
 // spans, as a share of the objective (at least 1), unscaled; `objective` is

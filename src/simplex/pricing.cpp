@@ -14,57 +14,43 @@ void devex_reset(GLP *g) {
 
 namespace {
 
-// Whether reduced cost d violates the status st of its column, with the
-// violation in *v: at the lower bound it should not be negative, at the upper
-// bound not positive, free or between bounds it should be zero; basics have
-// none.  Fixed columns are left to the caller.
-inline bool status_viol(int st, double d, double tol, double *v) {
-  if (st == -1) {
-    *v = -d;
-    return d < -tol;
-  }
-  if (st == -2) {
-    *v = d;
-    return d > tol;
-  }
-  *v = std::fabs(d);
-  return st <= -3 && *v > tol;
-}
-
 // Dual infeasibility of a nonbasic column, signed so that the entering
 // direction is +1 when positive: returns the violation, sets *dir.
 inline double dual_viol(const GLP *g, int j, int *dir) {
   const int st = g->cbas[j];
   const double d = g->rdc[j];
   double v;
-  if (!status_viol(st, d, g->ceps, &v)) return 0.0;
+  if (!spx_status_viol(st, d, g->ceps, &v)) return 0.0;
   if (st >= -2 && !(g->cub[j] > g->clb[j])) return 0.0;  // fixed columns never enter
   *dir = d < 0 ? 1 : -1;
   return v;
 }
 
-// Best column over [from, to): largest violation squared over its weight.
-// The arrays are read through local pointers so the loop keeps them in
-// registers.
+// Whether nonbasic j may enter: its reduced cost violates its status and it
+// is not fixed; the score goes to *score (free columns first: they never leave).
+inline bool enters(const GLP *g, int j, double tol, bool devex, double *score) {
+  const int st = g->cbas[j];
+  if (st >= 0) return false;
+  double v;
+  if (!spx_status_viol(st, g->rdc[j], tol, &v)) return false;
+  if (st >= -2 && !(g->cub[j] > g->clb[j])) return false;
+  double s = devex ? v * v / g->devexw[j] : v;
+  if (st <= -3) s *= 1e3;
+  *score = s;
+  return true;
+}
+
+// Best column over [from, to): largest score (violation squared over its
+// weight with devex) of the columns that may enter.
 int scan_range(GLP *g, int from, int to, double *best) {
   int q = -1;
   double b = *best;
-  const double *w = g->devexw.data();
   const char *rej = g->rejected.data();
-  const int *cbas = g->cbas.data();
-  const double *rdc = g->rdc.data();
-  const double *lb = g->clb.data(), *ub = g->cub.data();
   const double tol = g->ceps;
   const bool devex = g->pricing == 2;
   for (int j = from; j < to; j++) {
-    const int st = cbas[j];
-    if (st >= 0) continue;
-    double v;
-    if (!status_viol(st, rdc[j], tol, &v) || rej[j]) continue;
-    if (st >= -2 && !(ub[j] > lb[j])) continue;  // fixed columns never enter
-    // Free columns go first: they never leave again.
-    double s = devex ? v * v / w[j] : v;
-    if (st <= -3) s *= 1e3;
+    double s;
+    if (!enters(g, j, tol, devex, &s) || rej[j]) continue;
     if (s > b) {
       b = s;
       q = j;
@@ -74,25 +60,9 @@ int scan_range(GLP *g, int from, int to, double *best) {
   return q;
 }
 
-// Whether nonbasic j may enter: its reduced cost violates its status and it
-// is not fixed; the score goes to *score (free columns first: they never leave).
-inline bool enters(const GLP *g, int j, double tol, bool devex, double *score) {
-  const int st = g->cbas[j];
-  if (st >= 0) return false;
-  double v;
-  if (!status_viol(st, g->rdc[j], tol, &v)) return false;
-  if (st >= -2 && !(g->cub[j] > g->clb[j])) return false;
-  double s = devex ? v * v / g->devexw[j] : v;
-  if (st <= -3) s *= 1e3;
-  *score = s;
-  return true;
-}
-
 // Devex pricing over the candidate list, rebuilt from every column when it is
-// not valid or comes out empty (so that no column is ever missed).  The scan
-// keeps the order of the full one within the list, and the list is kept in
-// column order between rebuilds only as far as additions allow: ties between
-// equal scores may go another way than a full scan.
+// not valid or comes out empty (so that no column is ever missed).  Equal
+// scores go to the lowest column, as in a full scan.
 int scan_candidates(GLP *g) {
   const int nm = g->nm;
   const double tol = g->ceps;

@@ -346,15 +346,8 @@ int psimplex(GLP *g) {
       // point is off by more than the caller allows.
       double pv, dv;
       unscaled_violations(g, &pv, &dv);
-      const double gs = spx_dual_gap_share(g, true_objective(g));
-      if ((pv > g->repsUser || dv > g->cepsUser || gs > g->cepsUser) && tightenings < 3) {
+      if (tightenings < 3 && spx_tighten(g, pv, dv, spx_dual_gap_share(g, true_objective(g)))) {
         tightenings++;
-        if (pv > g->repsUser) g->reps = std::max(g->reps * g->repsUser / pv * 0.5, 1e-12);
-        if (dv > g->cepsUser) g->ceps = std::max(g->ceps * g->cepsUser / dv * 0.5, 1e-12);
-        if (gs > g->cepsUser) g->ceps = std::max(g->ceps * 0.1, 1e-12);
-        spx_debug(g, 1, "\nTightening tolerances: reps=%e ceps=%e (unscaled %e %e, gap share %e)", g->reps, g->ceps,
-                  pv, dv, gs);
-        g->wfact = WF_CHECK;
         continue;
       }
       g->stat = GLP_OPTIMAL;

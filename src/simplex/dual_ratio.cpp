@@ -132,7 +132,10 @@ int ratio_test(Work &w, int s, double delta, double *t) {
       e++;
     }
     if (e == i) e = i + 1;  // rounding: take at least one
-    if (!unboxed && slope - sum > 0) {
+    // A slope that the flips leave within the feasibility tolerance has
+    // turned: flipping the whole group and pivoting on nothing would leave
+    // the row where it is.
+    if (!unboxed && slope - sum > g->reps) {
       for (size_t f = i; f < e; f++) w.flipList.push_back(c[f].j);
       slope -= sum;
       i = e;

@@ -22,6 +22,8 @@ namespace {
 
 constexpr double kFreeBox = 1000.0;       // phase-1 box of a free column
 constexpr double kPerturbBase = 5e-7;     // relative size of the cost perturbation
+constexpr double kRaiseShare = 0.15;      // degenerate share of a window that raises it
+constexpr int kMaxRaises = 2;             // tenfold raises at most
 constexpr double kShiftLimit = 1e-4;      // phase-1 leftovers up to this are shifted away
 constexpr int kMaxRowRejects = 50;
 constexpr double kStartShiftLimit = 1e-5;  // infeasible costs at the start up to this are shifted
@@ -183,12 +185,17 @@ int refresh(Work &w, bool allowShift) {
   return 0;
 }
 
-void perturb_costs(Work &w) {
+// Random cost changes of relative size `factor` times the base, each in the
+// direction that its column's reduced cost may move without losing dual
+// feasibility.  With `nonbasicOnly` the duals stay as they are and the reduced
+// costs take the same changes, so a run can raise the perturbation midway.
+void perturb_costs(Work &w, double factor = 1.0, bool nonbasicOnly = false) {
   GLP *g = w.g;
   double cmax = 0.0;
   for (int j = 0; j < g->n; j++) cmax = std::max(cmax, std::fabs(g->objv[j]));
-  const double base = kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
+  const double base = factor * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
   for (int j = 0; j < g->n; j++) {
+    if (nonbasicOnly && g->cbas[j] >= 0) continue;
     const bool hl = has_lo(g, j), hu = has_up(g, j);
     if (hl && hu && g->clb[j] == g->cub[j]) continue;
     if (!hl && !hu) continue;
@@ -199,9 +206,11 @@ void perturb_costs(Work &w) {
     else if (hu && !hl) sgn = -1.0;
     else sgn = g->cbas[j] == -2 ? -1.0 : 1.0;
     w.cost[j] += sgn * xi;
+    if (nonbasicOnly) g->rdc[j] += sgn * xi;
   }
   w.perturbed = true;
-  spx_debug(g, 1, "\nStarting dual perturbation due to degeneracy.\n");
+  if (nonbasicOnly) spx_debug(g, 1, "\nRaising dual perturbation (x%g).\n", factor);
+  else spx_debug(g, 1, "\nStarting dual perturbation due to degeneracy.\n");
 }
 
 void remove_cost_changes(Work &w) {
@@ -628,6 +637,17 @@ int run_phase(Work &w, int *err) {
     else if (slu_get_wfact(g->lu->slu, g->luPam.maxUpdates, 20) == 10) g->wfact = WF_FILL;
     w.alphaTol = w.sinceFactor < 10 ? 1e-9 : (w.sinceFactor < 20 ? 3e-8 : 1e-7);
 
+    // Degeneracy that the perturbation does not break: when most steps of a
+    // window are degenerate, the perturbation grows tenfold (twice at most).
+    if (g->iter - w.winIter >= std::max(200, m / 4)) {
+      const double share = static_cast<double>(g->ndeg - w.winDeg) / (g->iter - w.winIter);
+      if (w.perturbed && w.phase == 2 && w.pertRemovals == 0 && w.raises < kMaxRaises && share > kRaiseShare) {
+        w.raises++;
+        perturb_costs(w, std::pow(10.0, w.raises), true);
+      }
+      w.winIter = g->iter;
+      w.winDeg = g->ndeg;
+    }
     // Degeneracy: perturb the costs once a run of steps makes no progress.
     if (!w.perturbed && w.consecDegen > std::max(50, m / 20) && w.pertRemovals == 0) {
       perturb_costs(w);

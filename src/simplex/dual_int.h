@@ -51,6 +51,8 @@ struct Work {
   bool shifted = false;        // cost shifts made by the ratio test or a check
   int pertRemovals = 0;
   int consecDegen = 0;
+  int winIter = 0, winDeg = 0;  // start of the window of the degeneracy share
+  int raises = 0;              // perturbation raises so far
   int noProgressChecks = 0;
   double lastObj = -1e300;
   double alphaTol = 1e-9;

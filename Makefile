@@ -2,7 +2,7 @@
 #   make demo   build the library and run the bundled example
 #   make test   build and run the tests: release build (labels unit, data, data-large),
 #               then an ASan+UBSan build (unit, data)
-#   make test-huge   the netlib models that take many minutes (qap12, qap15; label data-huge)
+#   make test-huge   the netlib runs that take many minutes (qap12 primal, qap15; label data-huge)
 #   make bench  netlib benchmark table (bench/netlib/README.md); bench-lu, bench-mps, bench-presolve
 
 BUILD      ?= build/release

@@ -15,8 +15,9 @@ namespace dual {
 
 namespace {
 
-// Candidates of the pivot row for the sign s.  Returns their count.
-int collect(Work &w, int s) {
+// Candidates of the pivot row for the sign s.  Returns their count; *minHarris
+// is the smallest Harris bound among them.
+int collect(Work &w, int s, double *minHarris) {
   GLP *g = w.g;
   const SpxVec &row = g->pivrow;
   const double *a = row.val.data();
@@ -24,6 +25,7 @@ int collect(Work &w, int s) {
   const int *cbas = g->cbas.data();
   const double tol = g->ceps, atol = w.alphaTol, inf = g->infin;
   w.cands.clear();
+  double hmin = 1e300;
   for (int k = 0; k < row.count; k++) {
     const int j = row.ind[k];
     const double sa = s * a[j];
@@ -45,8 +47,10 @@ int collect(Work &w, int s) {
     c.ratio = dfeas / aa;
     c.harris = (dfeas + tol) / aa;
     c.range = (lo > -inf && up < inf) ? up - lo : inf;
+    hmin = std::min(hmin, c.harris);
     w.cands.push_back(c);
   }
+  *minHarris = hmin;
   return static_cast<int>(w.cands.size());
 }
 
@@ -72,7 +76,8 @@ int ratio_test(Work &w, int s, double delta, double *t) {
   GLP *g = w.g;
   w.flipList.clear();
   *t = 0.0;
-  const int k = collect(w, s);
+  double T = 1e300;
+  const int k = collect(w, s, &T);
   if (k == 0) return -1;
   if (!w.longStep) {
     const int b = harris_pick(w, 0);
@@ -83,8 +88,6 @@ int ratio_test(Work &w, int s, double delta, double *t) {
   // Only the breakpoints up to the point where the slope can turn matter: find
   // a step bound T that covers them, then sort those alone.
   std::vector<Cand> &c = w.cands;
-  double T = 1e300;
-  for (const Cand &x : c) T = std::min(T, x.harris);
   if (T < 0) T = 0;
   size_t keep = 0;
   for (int round = 0; round < 60; round++) {
@@ -101,20 +104,23 @@ int ratio_test(Work &w, int s, double delta, double *t) {
     if (unboxed || sum >= delta || cnt == c.size()) break;
     T = T <= 0 ? 1e-12 : T * 4.0;
   }
-  // Move the kept ones to the front, the rest after, then sort the front.
+  // Move the kept ones to the front, the rest after, then sort the front.  The
+  // smallest Harris bound of the rest (all of whose ratios exceed T) bounds the
+  // last group of the kept part.
+  double restMin = 1e300;
   {
     size_t at = 0;
-    for (size_t i = 0; i < c.size(); i++)
+    for (size_t i = 0; i < c.size(); i++) {
       if (c[i].ratio <= T) std::swap(c[i], c[at++]);
+      else restMin = std::min(restMin, c[i].harris);
+    }
     keep = at;
   }
   std::sort(c.begin(), c.begin() + static_cast<long>(keep), [](const Cand &u, const Cand &v) {
     return u.ratio < v.ratio || (u.ratio == v.ratio && u.j < v.j);
   });
   // Suffix minima of the Harris bounds over the kept part, with the bound of
-  // the rest (all of whose ratios exceed T) folded in.
-  double restMin = 1e300;
-  for (size_t i = keep; i < c.size(); i++) restMin = std::min(restMin, c[i].harris);
+  // the rest folded in.
   w.sufHarris.resize(keep + 1);
   w.sufHarris[keep] = restMin;
   for (size_t i = keep; i-- > 0;) w.sufHarris[i] = std::min(w.sufHarris[i + 1], c[i].harris);

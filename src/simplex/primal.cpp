@@ -287,7 +287,8 @@ int psimplex(GLP *g) {
       } else if (g->iter > 0) {
         stallWindows++;
         if (stallWindows >= 3 && pertRemovals < 4) {
-          if (g->pert) g->ptval = std::min(g->ptval * 10.0, 1e-2);
+          // A restart keeps the size (halved every third time): larger bounds
+          // moved the optimum of the perturbed model far from the true one.
           pperturb(g);
           stallWindows = 0;
           g->wfact = WF_PERTEND;  // recompute with the relaxed bounds

@@ -2,7 +2,7 @@
 #   make demo   build the library and run the bundled example
 #   make test   build and run the tests: release build (labels unit, data, data-large),
 #               then an ASan+UBSan build (unit, data)
-#   make test-huge   the netlib runs that take many minutes (qap12 primal, qap15; label data-huge)
+#   make test-huge   the netlib model that takes many minutes (qap15; label data-huge)
 #   make bench  netlib benchmark table (bench/netlib/README.md); bench-lu, bench-mps, bench-presolve
 
 BUILD      ?= build/release
@@ -42,7 +42,7 @@ test-release: build
 test-large: build
 	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-large$$'
 
-# qap12 and qap15 take many minutes each by every method: not part of `make test`,
+# qap15 takes many minutes by every method: not part of `make test`,
 # which must stay well inside CI's time; run by hand.
 test-huge: build
 	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-huge$$'

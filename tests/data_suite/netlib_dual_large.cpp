@@ -9,7 +9,7 @@ using kxtest::NetlibCase;
 std::vector<NetlibCase> large_cases() {
   std::vector<NetlibCase> out;
   for (const NetlibCase &c : kxtest::netlib_manifest()) {
-    if (!kxtest::netlib_large_runs(c.name, KX_METHOD_DSIMPLEX)) continue;
+    if (kxtest::netlib_is_huge(c.name)) continue;
     if (kxtest::netlib_is_large(c.name) || c.name == "gosh" || c.name == "ceria3d") out.push_back(c);
   }
   if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});

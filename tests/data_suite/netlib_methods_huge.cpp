@@ -1,7 +1,6 @@
-// The netlib models that take many minutes (qap12, qap15): primal, dual and
-// the free method, each with presolve off and with the default presolve, except
-// the runs that the large suites make (qap12 by the dual and the free method).
-// Label data-huge: `make test-huge` runs them; they are kept out of `make test`.
+// The netlib model that takes many minutes (qap15): primal, dual and the free
+// method, each with presolve off and with the default presolve.  Label
+// data-huge: `make test-huge` runs it; it is kept out of `make test`.
 #include "data_suite/netlib_dual_common.h"
 #include "netlib_presolve_common.h"
 
@@ -26,7 +25,6 @@ TEST_P(NetlibHuge, PrimalPresolveOff) {
 
 TEST_P(NetlibHuge, DualAndFreePresolveOff) {
   if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";
-  if (kxtest::netlib_large_runs(GetParam().name, KX_METHOD_DSIMPLEX)) GTEST_SKIP() << "run by the large suite";
   kxtest::dual_solve_and_check(GetParam(), KX_METHOD_DSIMPLEX, -2, -2);
   kxtest::dual_solve_and_check(GetParam(), KX_METHOD_FREE, -2, -2);
 }
@@ -36,7 +34,6 @@ TEST_P(NetlibHuge, DefaultPresolveByEachMethod) {
   for (const auto &e : netpre::manifest()) {
     if (e.name != GetParam().name) continue;
     for (int method : {0, 1, 2}) {
-      if (kxtest::netlib_large_runs(e.name, method)) continue;  // the large suite has it
       SCOPED_TRACE(e.name + " method " + std::to_string(method));
       netpre::check_model(e, method);
     }

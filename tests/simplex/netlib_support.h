@@ -85,19 +85,10 @@ inline void solve_and_check(const NetlibCase &c, int method, int scale) {
   EXPECT_LE(k.objErr, 1e-9) << c.name;
 }
 
-// Models that take minutes with either simplex method: label data-huge, run by hand.
-// dfl001 (a minute by the primal) runs with the large ones.
-inline bool netlib_is_huge(const std::string &name) { return name == "qap12" || name == "qap15"; }
-
-// The huge models that stay huge for the dual too.  qap12 takes about a minute by
-// the dual (and by the free method, which picks it), so the large suites run it
-// that way; its primal runs stay with the huge suite.
-inline bool netlib_dual_is_huge(const std::string &name) { return name == "qap15"; }
-
-// Whether a large suite runs this model by `method` (0 free, 1 primal, 2 dual).
-inline bool netlib_large_runs(const std::string &name, int method) {
-  return !netlib_is_huge(name) || (method != 1 && !netlib_dual_is_huge(name));
-}
+// Models that take many minutes with either simplex method: label data-huge, run
+// by hand.  qap12 (about a minute by the dual, two by the primal) and dfl001 run
+// with the large ones.
+inline bool netlib_is_huge(const std::string &name) { return name == "qap15"; }
 
 // Models that take more than a few seconds with the primal simplex (the huge
 // ones included; the large suites leave those out).

@@ -54,10 +54,9 @@ int collect(Work &w, int s, double *minHarris) {
   return static_cast<int>(w.cands.size());
 }
 
-// Two-pass Harris over cands[from..): the bound, then the largest pivot.
-int harris_pick(const Work &w, size_t from) {
-  double tmax = 1e300;
-  for (size_t i = from; i < w.cands.size(); i++) tmax = std::min(tmax, w.cands[i].harris);
+// Harris over cands[from..) given their smallest Harris bound tmax: the largest
+// pivot among the breakpoints within it.
+int harris_pick(const Work &w, size_t from, double tmax) {
   int best = -1;
   double bestA = 0.0;
   for (size_t i = from; i < w.cands.size(); i++) {
@@ -80,7 +79,7 @@ int ratio_test(Work &w, int s, double delta, double *t) {
   const int k = collect(w, s, &T);
   if (k == 0) return -1;
   if (!w.longStep) {
-    const int b = harris_pick(w, 0);
+    const int b = harris_pick(w, 0, T);
     if (b < 0) return -1;
     *t = w.cands[b].ratio;
     return w.cands[b].j;
@@ -157,7 +156,7 @@ int ratio_test(Work &w, int s, double delta, double *t) {
   if (keep < c.size()) {
     // Everything kept flipped and the slope is still positive: the rest holds
     // the entering column.
-    const int b = harris_pick(w, keep);
+    const int b = harris_pick(w, keep, restMin);
     if (b >= 0) {
       *t = c[b].ratio;
       return c[b].j;

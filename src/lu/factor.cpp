@@ -710,6 +710,8 @@ int finish_factor(Ctx &x) {
         if (f.LRbeg[i + 1] > f.LRbeg[i]) f.LRorder.push_back(i);
     }
     // U by columns with values, entries in pivot order (last pivot first).
+    // The growth that the control loop weighs is the largest of U's entries
+    // and of the inverse pivots.
     double maxU = 0.0;
     SLUStore &uc = f.ucol;
     SLUStore &ur = f.urow;
@@ -744,7 +746,6 @@ int finish_factor(Ctx &x) {
             uc.val[at] = v;
         }
     }
-    for (int k = 0; k < nzL; k++) maxU = std::max(maxU, std::fabs(f.Lval[k]));
     ur.nnz = nnzU;
     uc.nnz = nnzU;
     f.maxAbsU = maxU;

@@ -1,6 +1,6 @@
 // factor.cpp - one factorisation pass: loading the basis, the column and row
-// singleton phases, the Markowitz kernel with threshold pivoting, and the final
-// assembly of U by columns and of the row-wise copy of L.
+// singleton phases, the Markowitz kernel with threshold pivoting and its dense
+// tail, and the final assembly of U by columns and of the row-wise copy of L.
 #include "lu/slu.h"
 
 #include <algorithm>
@@ -155,6 +155,8 @@ struct Ctx {
     SLUFactor &f;
     int m;
     int spare;
+    int64_t activeNnz = 0;  // entries of the active rows, kept by the kernel
+    bool denseTried = false;
 };
 
 int init_factor(Ctx &x, const int *head) {
@@ -185,6 +187,7 @@ int init_factor(Ctx &x, const int *head) {
     f.singCols.clear();
     f.nSingRows = f.nSingCols = 0;
     f.lastSingletonPos = -1;
+    f.denseOrder = 0;
 
     // Pass 1: lengths.
     std::vector<int> &rowCnt = f.tmpInt;
@@ -395,6 +398,7 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
     const double eps = h->epsNonz;
     const int at = row_find(f.urow, i, c);
     if (at < 0) return;
+    const int len0 = f.urow.len[i];
     const double l = f.urow.val[at] * dpiv;
     row_remove_at(f.urow, i, at);
     f.Lrow.push_back(i);
@@ -454,6 +458,7 @@ void update_row(Ctx &x, int i, int c, double dpiv, const std::vector<int> &pivCo
         }
     }
     f.urow.len[i] = rl;
+    x.activeNnz += rl - len0;
     f.rowMaxAbs[i] = vmax;
     f.accCnt[i] = -1;
     list_unlink(f.rowLists, i);
@@ -467,6 +472,7 @@ void kern_row(Ctx &x, int r, int c) {
     list_unlink(f.rowLists, r);
     list_unlink(f.colLists, c);
     f.colWaits[c] = 0;
+    x.activeNnz -= f.urow.len[r];
     const int at = row_find(f.urow, r, c);
     const double piv = f.urow.val[at];
     row_remove_at(f.urow, r, at);
@@ -589,6 +595,92 @@ bool pick_pivot(Ctx &x, int &pr, int &pc) {
     return br >= 0;
 }
 
+// ----- dense tail ---------------------------------------------------------
+
+// Once the active part has filled up, the sparse elimination spends its time
+// on index work for entries that are all there anyway.  The rest is then
+// factorised as one dense block by LAPACK with partial pivoting, P D = L U:
+// each pivot is the largest entry left in its column, so the multipliers stay
+// at most 1 and the growth is that of Gaussian elimination with row
+// interchanges.  Row t of U and column t of L are the U row and the L eta of
+// the t-th pivot.  A pivot below the absolute tolerance leaves the block to
+// the sparse kernel, which deals with what is singular; nothing has been
+// changed by then.
+constexpr int kDenseMin = 48;       // smaller tails cost little either way
+constexpr int kDenseMax = 3000;     // a block of 72 MB at most
+constexpr double kDenseShare = 0.4;  // share of entries present that switches
+
+extern "C" void dgetrf_(const int *m, const int *n, double *a, const int *lda, int *ipiv, int *info);
+
+bool dense_tail(Ctx &x) {
+    SLUFactor &f = x.f;
+    const int m = x.m;
+    std::vector<int> &rows = f.listA, &cols = f.listB, &colAt = f.tmpInt;
+    rows.clear();
+    cols.clear();
+    for (int i = 0; i < m; i++)
+        if (f.rowPos[i] == SLU_UNPIVOTED) rows.push_back(i);
+    for (int j : f.posOrder)  // by the caller's column number, as in the lists
+        if (f.colPos[j] == SLU_UNPIVOTED) cols.push_back(j);
+    const int k = (int)rows.size();
+    if (k != (int)cols.size() || k < 2) return false;
+    colAt.assign(m, -1);
+    for (int t = 0; t < k; t++) colAt[cols[t]] = t;
+    std::vector<double> &a = f.dense;
+    a.assign((size_t)k * k, 0.0);
+    for (int s = 0; s < k; s++) {
+        const int i = rows[s];
+        const int b = f.urow.beg[i];
+        for (int e = 0; e < f.urow.len[i]; e++) {
+            const int t = colAt[f.urow.ind[b + e]];
+            if (t < 0) return false;
+            a[(size_t)t * k + s] = f.urow.val[b + e];
+        }
+    }
+    std::vector<int> &ipiv = f.heap;
+    ipiv.resize(k);
+    int info = 0;
+    dgetrf_(&k, &k, a.data(), &k, ipiv.data(), &info);
+    if (info < 0) return false;
+    const double absTol = std::max(x.h->epsPivAbs, 0.0);
+    for (int t = 0; t < k; t++) {
+        const double d = a[(size_t)t * k + t];
+        if (!(std::fabs(d) >= absTol) || d == 0.0) return false;
+    }
+    for (int t = 0; t < k; t++) std::swap(rows[t], rows[ipiv[t] - 1]);
+    const double eps = x.h->epsNonz;
+    for (int t = 0; t < k; t++) {
+        const int r = rows[t];
+        const double d = a[(size_t)t * k + t];
+        set_pivot(f, r, cols[t], d);
+        f.urow.len[r] = 0;
+        slu_store_reserve(f.urow, r, k - 1 - t, x.spare);
+        int *ind = f.urow.ind.data() + f.urow.beg[r];
+        double *val = f.urow.val.data() + f.urow.beg[r];
+        int n = 0;
+        for (int j = t + 1; j < k; j++) {
+            const double v = a[(size_t)j * k + t];
+            if (std::fabs(v) > eps) {
+                ind[n] = cols[j];
+                val[n++] = v;
+            }
+        }
+        f.urow.len[r] = n;
+        const double *colT = a.data() + (size_t)t * k;
+        for (int i = t + 1; i < k; i++) {
+            const double l = colT[i];
+            if (std::fabs(l) > eps) {
+                f.Lrow.push_back(rows[i]);
+                f.Lval.push_back(l);
+            }
+        }
+        close_eta(f, r);
+    }
+    x.activeNnz = 0;
+    f.denseOrder = k;
+    return true;
+}
+
 void do_kern(Ctx &x) {
     SLUFactor &f = x.f;
     const int m = x.m;
@@ -598,8 +690,10 @@ void do_kern(Ctx &x) {
     f.accCnt.assign(m, 0);
     f.accCol.resize((size_t)m * kAccept);
     f.accVal.resize((size_t)m * kAccept);
+    x.activeNnz = 0;
     for (int i = 0; i < m; i++)
         if (f.rowPos[i] == SLU_UNPIVOTED) {
+            x.activeNnz += f.urow.len[i];
             if (f.urow.len[i] == 0) f.status = SLU_STAT_SINGULAR;
             list_link(f.rowLists, m, i, f.urow.len[i]);
         }
@@ -631,6 +725,12 @@ void do_kern(Ctx &x) {
             else
                 list_unlink(f.colLists, c);
             continue;
+        }
+        const int64_t rem = m - f.nPiv;
+        if (!x.denseTried && rem >= kDenseMin && rem <= kDenseMax &&
+            (double)x.activeNnz >= kDenseShare * (double)rem * (double)rem) {
+            x.denseTried = true;
+            if (dense_tail(x)) break;
         }
         int pr = -1, pc = -1;
         if (!pick_pivot(x, pr, pc)) break;

@@ -186,6 +186,10 @@ struct SLUFactor {
 
     // Work lists of the factorisation and the update.
     std::vector<int> listA, listB, heap;
+    // The dense tail of the factorisation: the block, and its order in the
+    // last factorisation (0 when the kernel stayed sparse to the end).
+    std::vector<double> dense;
+    int denseOrder = 0;
 
     // Solve workspace: dense arrays zero between calls with the lists of their
     // nonzeros, and the depth-first search (marks zero between calls, the stack,

@@ -25,7 +25,8 @@ void check_solves(SLU *h, const Pool &pool, const std::vector<int> &head, double
         EXPECT_LT(rel_residual(mul_Bt(pool, head, y), c), tol);
     }
     // Sparse right-hand sides: unit vectors and a few nonzeros; the same
-    // vector given densely gives the same answer.
+    // vector given densely gives the same answer up to the rounding of another
+    // order of operations (the badly scaled bases reach about 2e-12).
     for (int rep = 0; rep < 6; rep++) {
         auto a = rep < 3 ? std::vector<double>(m, 0.0) : random_sparse(m, 1 + (int)(rng() % 6), rng);
         if (rep < 3) a[rng() % m] = 1.0;
@@ -33,11 +34,11 @@ void check_solves(SLU *h, const Pool &pool, const std::vector<int> &head, double
         EXPECT_GE(s.lastCount, 1);
         EXPECT_LT(rel_residual(mul_B(pool, head, x), a), tol);
         auto xd = s.ftran(a, false);
-        EXPECT_LT(rel_residual(xd, x), 1e-12);
+        EXPECT_LT(rel_residual(xd, x), 1e-11);
         auto y = s.btran(a, true);
         EXPECT_LT(rel_residual(mul_Bt(pool, head, y), a), tol);
         auto yd = s.btran(a, false);
-        EXPECT_LT(rel_residual(yd, y), 1e-12);
+        EXPECT_LT(rel_residual(yd, y), 1e-11);
     }
 }
 
@@ -215,6 +216,41 @@ TEST(Singular, StructurallySingularKernel) {
     head[c] = pool.add({r}, {1.0});
     ASSERT_EQ(slu_do_factor(H.h, head.data()), SLU_STAT_OK);
     check_solves(H.h, pool, head, 1e-12, 11);
+}
+
+// A kernel that fills up is finished as one dense block.  Its factors must
+// solve as well as sparse ones, and a block that turns out singular goes back
+// to the sparse kernel, which names the singular pair.
+TEST(DenseTail, FilledKernelSolves) {
+    for (uint32_t seed = 1; seed <= 3; seed++) {
+        const int m = 150;
+        Pool pool;
+        std::vector<int> head;
+        random_basis(pool, head, m, 0.3, 0.05, seed * 31, 10.0);
+        Handle H(m, &pool);
+        ASSERT_EQ(slu_do_factor(H.h, head.data()), SLU_STAT_OK);
+        EXPECT_GE(H.h->work->denseOrder, 48) << "seed " << seed;
+        check_solves(H.h, pool, head, 1e-10, seed);
+    }
+}
+
+TEST(DenseTail, SingularBlockIsLeftToTheSparseKernel) {
+    const int m = 100;
+    Pool pool;
+    std::vector<int> head;
+    random_basis(pool, head, m, 0.6, 0.0, 77, 1.0);
+    head[57] = head[13];  // the same column twice
+    Handle H(m, &pool);
+    EXPECT_EQ(slu_do_factor(H.h, head.data()), SLU_STAT_SINGULAR);
+    EXPECT_EQ(H.h->work->denseOrder, 0);
+    ASSERT_EQ(slu_get_singular_cnt(H.h), 1);
+    int col = -1, row = -1;
+    ASSERT_EQ(slu_get_singular_idx(H.h, &col, &row, 0), 0);
+    EXPECT_TRUE(col == 13 || col == 57) << col;
+    head[col] = pool.add({row}, {1.0});
+    ASSERT_EQ(slu_do_factor(H.h, head.data()), SLU_STAT_OK);
+    EXPECT_GT(H.h->work->denseOrder, 0);
+    check_solves(H.h, pool, head, 1e-10, 12);
 }
 
 TEST(Ladder, StepsAndRelaxation) {

@@ -86,6 +86,9 @@ TEST(ForrestTomlin, FiveHundredReplacementsKeepResiduals) {
     run_updates(40, 0.1, 0.0, 1, 500, 23);
 }
 
+// Updates of factors with a dense tail (the kernel fills up).
+TEST(ForrestTomlin, ReplacementsAfterADenseTail) { run_updates(150, 0.3, 0.0, 1, 300, 41); }
+
 TEST(ProductForm, FiveHundredReplacementsKeepResiduals) { run_updates(300, 0.02, 0.3, 0, 500, 24); }
 
 TEST(ProductForm, SameSolvesAsForrestTomlin) {

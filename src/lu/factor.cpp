@@ -730,7 +730,10 @@ void do_kern(Ctx &x) {
         if (!x.denseTried && rem >= kDenseMin && rem <= kDenseMax &&
             (double)x.activeNnz >= kDenseShare * (double)rem * (double)rem) {
             x.denseTried = true;
-            if (dense_tail(x)) break;
+            const bool done = dense_tail(x);
+            // A block over 8 MB is not kept between factorisations.
+            if (f.dense.size() > ((size_t)1 << 20)) std::vector<double>().swap(f.dense);
+            if (done) break;
         }
         int pr = -1, pc = -1;
         if (!pick_pivot(x, pr, pc)) break;

@@ -676,7 +676,6 @@ bool dense_tail(Ctx &x) {
         }
         close_eta(f, r);
     }
-    x.activeNnz = 0;
     f.denseOrder = k;
     return true;
 }

@@ -1,6 +1,7 @@
-// The netlib model that takes many minutes (qap15): primal, dual and the free
-// method, each with presolve off and with the default presolve.  Label
-// data-huge: `make test-huge` runs it; it is kept out of `make test`.
+// The netlib model that takes many minutes (qap15): the dual and the free method
+// with presolve off, and every method with the default presolve.  Label
+// data-huge: `make test-huge` runs it; it is kept out of `make test`.  The primal
+// with presolve off runs in `make test` (netlib_primal_longest.cpp).
 #include "data_suite/netlib_dual_common.h"
 #include "netlib_presolve_common.h"
 
@@ -17,11 +18,6 @@ std::vector<NetlibCase> huge_cases() {
 }
 
 class NetlibHuge : public testing::TestWithParam<NetlibCase> {};
-
-TEST_P(NetlibHuge, PrimalPresolveOff) {
-  if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";
-  kxtest::solve_and_check(GetParam(), KX_METHOD_PSIMPLEX, 1);
-}
 
 TEST_P(NetlibHuge, DualAndFreePresolveOff) {
   if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";

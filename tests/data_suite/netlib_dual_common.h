@@ -61,13 +61,4 @@ inline DualRun dual_solve_and_check(const NetlibCase &c, int method, int dratio,
   return r;
 }
 
-inline std::vector<NetlibCase> netlib_named(std::initializer_list<const char *> names) {
-  std::vector<NetlibCase> out;
-  for (const NetlibCase &c : netlib_manifest())
-    for (const char *n : names)
-      if (c.name == n && c.set == "feasible") out.push_back(c);
-  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
-  return out;
-}
-
 }  // namespace kxtest

@@ -6,13 +6,8 @@ namespace {
 using kxtest::NetlibCase;
 
 std::vector<NetlibCase> large_cases() {
-  std::vector<NetlibCase> out;
-  for (const NetlibCase &c : kxtest::netlib_manifest()) {
-    if (kxtest::netlib_is_huge(c.name)) continue;
-    if (kxtest::netlib_is_large(c.name)) out.push_back(c);
-  }
-  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
-  return out;
+  return kxtest::netlib_cases(
+      [](const NetlibCase &c) { return kxtest::netlib_is_large(c.name) && !kxtest::netlib_is_huge(c.name); });
 }
 
 class NetlibPrimalLarge : public testing::TestWithParam<NetlibCase> {};

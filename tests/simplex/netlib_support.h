@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,27 @@ inline std::vector<NetlibCase> netlib_manifest() {
     out.push_back(c);
   }
   return out;
+}
+
+// The manifest's models for which keep(case) holds; with none (no data), one
+// stand-in named "absent", whose test reports the skip.
+template <class Keep>
+std::vector<NetlibCase> netlib_cases(Keep keep) {
+  std::vector<NetlibCase> out;
+  for (const NetlibCase &c : netlib_manifest())
+    if (keep(c)) out.push_back(c);
+  if (out.empty()) out.push_back(NetlibCase{"absent", "feasible", 0});
+  return out;
+}
+
+// The feasible models of the names given, in the manifest's order.
+inline std::vector<NetlibCase> netlib_named(std::initializer_list<const char *> names) {
+  return netlib_cases([&](const NetlibCase &c) {
+    if (c.set != "feasible") return false;
+    for (const char *n : names)
+      if (c.name == n) return true;
+    return false;
+  });
 }
 
 inline std::string case_label(const testing::TestParamInfo<NetlibCase> &info) {

@@ -610,9 +610,9 @@ constexpr int kDenseMin = 48;       // smaller tails cost little either way
 constexpr int kDenseMax = 3000;     // a block of 72 MB at most
 constexpr double kDenseShare = 0.4;  // share of entries present that switches
 
-extern "C" void dgetrf_(const int *m, const int *n, double *a, const int *lda, int *ipiv, int *info);
-
 bool dense_tail(Ctx &x) {
+    const SluDgetrf dgetrf = slu_lapack_dgetrf();
+    if (!dgetrf) return false;
     SLUFactor &f = x.f;
     const int m = x.m;
     std::vector<int> &rows = f.listA, &cols = f.listB, &colAt = f.tmpInt;
@@ -640,7 +640,7 @@ bool dense_tail(Ctx &x) {
     std::vector<int> &ipiv = f.heap;
     ipiv.resize(k);
     int info = 0;
-    dgetrf_(&k, &k, a.data(), &k, ipiv.data(), &info);
+    dgetrf(&k, &k, a.data(), &k, ipiv.data(), &info);
     if (info < 0) return false;
     const double absTol = std::max(x.h->epsPivAbs, 0.0);
     for (int t = 0; t < k; t++) {

@@ -35,6 +35,11 @@ constexpr int KXI_LU_ERR_MEMORY = 2001;
 constexpr int KXI_LU_ERR_INTERNAL = 2015;
 constexpr int KXI_LU_ERR_NUMERIC = 2019;
 
+// LAPACK's dgetrf (LU with partial pivoting, column-major), opened on first use
+// (lapack.cpp); null when no LAPACK can be loaded.
+using SluDgetrf = void (*)(const int *m, const int *n, double *a, const int *lda, int *ipiv, int *info);
+SluDgetrf slu_lapack_dgetrf();
+
 // Marks in rowPos / colPos.
 constexpr int SLU_UNPIVOTED = -5;
 constexpr int SLU_SINGULAR = -2;   // column left without a pivot (or row)

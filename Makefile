@@ -2,7 +2,7 @@
 #   make demo   build the library and run the bundled example
 #   make test   build and run the tests: release build (labels unit, data, data-large),
 #               then an ASan+UBSan build (unit, data)
-#   make test-huge   qap15 by the dual, the free method and with presolve (label data-huge)
+#   make test-huge   qap15 by the dual and the free method (label data-huge)
 #   make bench  netlib benchmark table (bench/netlib/README.md); bench-lu, bench-mps, bench-presolve
 
 BUILD      ?= build/release
@@ -45,9 +45,9 @@ test-release: build
 test-large: build
 	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-large$$'
 
-# qap15 by the dual, the free method and with presolve takes tens of minutes: not part
-# of `make test`, which must stay well inside CI's time; run by hand.  (qap15 by the
-# primal with presolve off is in data-large, started first.)
+# qap15 by the dual and the free method takes tens of minutes: not part of `make test`,
+# which must stay well inside CI's time; run by hand.  (qap15 by the primal, with the
+# default presolve that leaves it whole, is in data-large, started first.)
 test-huge: build
 	cd $(BUILD) && ctest $(CTEST_ARGS) -L '^data-huge$$'
 

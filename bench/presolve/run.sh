@@ -18,7 +18,7 @@ data=${KORVA_DATA_DIR:-$here/../../../shared/data}/netlib
 [ -x "$kx" ] || { echo "kxsolve not found at $kx"; exit 2; }
 [ -f "$data/manifest.csv" ] || { echo "netlib data not found under $data"; exit 2; }
 command -v clp >/dev/null || { echo "clp not found (Debian: apt-get install coinor-clp)"; exit 2; }
-out=$(mktemp)
+out=$(mktemp); rows=$(mktemp); trap 'rm -f "$out" "$rows"' EXIT
 now() { date +%s.%N; }
 repeat=${BENCH_REPEAT:-3}
 run() {  # best wall seconds; the output of the last run stays in $out
@@ -34,7 +34,6 @@ run() {  # best wall seconds; the output of the last run stays in $out
 printf '%-10s %-10s %9s %-10s %9s %9s %9s\n' model on_status on_s off_status off_s clp_s on/off
 # The rows also go to a file for the summary (with the model's set), not through
 # tee /dev/stderr: with stderr sent to a file, tee would reopen and truncate it.
-rows=$(mktemp); trap 'rm -f "$out" "$rows"' EXIT
 while IFS=, read -r name set _r _c _n _ref _note; do
   [ "$name" = name ] && continue
   grep -qE "$only" <<<"$name" || continue

@@ -11,17 +11,12 @@ struct DualRun {
   double iters = 0;
 };
 
-// Read a netlib model into a fresh model of em; false when it cannot be read.
+// Read a netlib model into a fresh model of em, presolve off; false when it
+// cannot be read.
 inline bool read_netlib(EnvModel &em, const NetlibCase &c) {
-  const std::string path = data_dir() + "/netlib/" + c.set + "/" + c.name + ".mps.gz";
-  int rc = KXreadMPSFile(em.model, path.c_str(), KX_MPS_FIXED);
-  if (rc == KXERR_BAD_MPS_FILE) {
-    KXclearModel(em.model);
-    rc = KXreadMPSFile(em.model, path.c_str(), KX_MPS_FREE);
-  }
-  EXPECT_EQ(rc, 0) << path;
+  if (!read_netlib_file(em, c)) return false;
   KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
-  return rc == 0;
+  return true;
 }
 
 inline double iterations(pModel model) {

@@ -25,8 +25,7 @@ TEST_P(NetlibPrimalLongest, DefaultPresolveLeavesItWholeAndThePrimalSolvesIt) {
   const NetlibCase &c = GetParam();
   {
     kxtest::EnvModel em;
-    const std::string path = kxtest::data_dir() + "/netlib/" + c.set + "/" + c.name + ".mps.gz";
-    ASSERT_EQ(KXreadMPSFile(em.model, path.c_str(), KX_MPS_FIXED), 0) << path;
+    ASSERT_TRUE(kxtest::read_netlib_file(em, c));
     int rows = -1, cols = -1, nonz = -1;
     ASSERT_EQ(KXgetReducedDim(em.model, &rows, &cols, &nonz), 0);
     EXPECT_EQ(rows, em.model->nCons);

@@ -286,7 +286,7 @@ struct RealModel {
 // Iteration limits keep the whole table within a minute or two.
 const RealModel kRealModels[] = {
     {"25fv47", 0},     {"pilot87", 6000}, {"greenbea", 4000}, {"stocfor3", 6000},
-    {"truss", 3000},   {"dfl001", 5000},  {"qap12", 20000},
+    {"truss", 3000},   {"dfl001", 5000},  {"qap12", 20000}, {"qap15", 15000},
 };
 
 // The model's matrix by columns, and a basis over it (basic slacks as unit columns).

@@ -812,12 +812,8 @@ int finish_factor(Ctx &x) {
         if (f.LRbeg[i + 1] > f.LRbeg[i]) f.LRorder.push_back(i);
     }
     // U by columns with values, entries in pivot order (last pivot first).
-    // The growth that the control loop weighs is the largest entry of U, the
-    // pivots included.  Their inverses stay out of it: the last pivots of a
-    // nearly singular basis are small whatever the threshold (on a qap15
-    // basis 1/|pivot| is near 1000 at every rung), so counting them drove the
-    // threshold to the top of the ladder for no gain in accuracy, and the
-    // factors there hold about 2.5 times the entries of those at 0.01.
+    // The growth that the control loop weighs is the largest of U's entries
+    // and of the inverse pivots.
     double maxU = 0.0;
     SLUStore &uc = f.ucol;
     SLUStore &ur = f.urow;
@@ -841,7 +837,7 @@ int finish_factor(Ctx &x) {
     uc.val.resize((size_t)size);
     for (int k = m - 1; k >= 0; k--) {
         const int r = f.rowPerm[k];
-        maxU = std::max(maxU, 1.0 / std::fabs(f.dinv[r]));
+        maxU = std::max(maxU, std::fabs(f.dinv[r]));
         const int b = ur.beg[r];
         for (int e = 0; e < ur.len[r]; e++) {
             const int j = ur.ind[b + e];

@@ -268,14 +268,12 @@ TEST(Ladder, PoorEstimateClimbsGoodEstimateRelaxes) {
     const int m = 4;
     Pool pool;
     pool.m = m;
-    std::vector<int> head = {pool.add({0}, {1.0}), pool.add({1}, {1.0}), pool.add({2}, {1.0}), pool.add({3}, {1.0})};
+    std::vector<int> head = {pool.add({0}, {1.0}), pool.add({1}, {1e-5}), pool.add({2}, {1.0}), pool.add({3}, {1.0})};
     Handle H(m, &pool);
     SLU *h = H.h;
-    // A target no estimate reaches, even halved at each of the six climbs:
-    // every rung is tried once, and the loop stops at the top as it stands.
-    slu_set_dpar(h, SLU_DPAR_INI_RCOND, 128.0);
+    // A tiny forced pivot: the estimate stays poor, every rung is tried once.
     ASSERT_EQ(slu_do_factor(h, head.data()), SLU_STAT_OK);
-    EXPECT_DOUBLE_EQ(slu_get_rcond(h), 1.0);
+    EXPECT_NEAR(slu_get_rcond(h), 1e-5, 1e-12);
     EXPECT_DOUBLE_EQ(h->pivRelNow, 0.99999);
     int tries = 0, done = 0, stable = 0;
     slu_get_iinfo(h, SLU_IINF_TRIES, &tries);
@@ -284,15 +282,16 @@ TEST(Ladder, PoorEstimateClimbsGoodEstimateRelaxes) {
     EXPECT_EQ(tries, 7);
     EXPECT_EQ(done, 7);
     EXPECT_EQ(stable, 0);
-    EXPECT_DOUBLE_EQ(h->rcondTarget, 2.0);
-    // The usual target: from the top the threshold comes down two rungs at a
-    // time, each factorisation on target at its first try.
-    slu_set_dpar(h, SLU_DPAR_INI_RCOND, 0.01);
-    const double expect[] = {0.8875, 0.55, 0.01, 0.01};
+    EXPECT_DOUBLE_EQ(h->rcondTarget, 0.01 / 64);
+    // A well-conditioned basis: the first factorisation still reads the poor
+    // estimate; from then on the threshold comes down two rungs at a time.
+    pool.vals[head[1]][0] = 1.0;
+    const double expect[] = {0.99999, 0.8875, 0.55, 0.01};
+    const double target[] = {0.01 / 64, 0.02, 0.02, 0.02};
     for (int k = 0; k < 4; k++) {
         ASSERT_EQ(slu_do_factor(h, head.data()), SLU_STAT_OK);
         EXPECT_DOUBLE_EQ(h->pivRelNow, expect[k]);
-        EXPECT_DOUBLE_EQ(h->rcondTarget, 0.02);
+        EXPECT_DOUBLE_EQ(h->rcondTarget, target[k]);
         int since = 0;
         slu_get_iinfo(h, SLU_IINF_TRIES_SINCE, &since);
         EXPECT_EQ(since, 1);
@@ -302,53 +301,6 @@ TEST(Ladder, PoorEstimateClimbsGoodEstimateRelaxes) {
     double share = 0;
     slu_get_dinfo(h, SLU_DINF_STABLE_SHARE, &share);
     EXPECT_DOUBLE_EQ(share, 4.0 / 11.0);
-}
-
-// Growth is what the threshold cures, and what the estimate weighs.  Entry
-// (0, a) = 0.002 has the one smallest Markowitz count, and the threshold 0.01
-// lets it pass (row 0's largest is 0.1); eliminating with it makes row 1's
-// entry in b, the next pivot, 1 - 0.1/0.002 = -49, against 3 at most in the
-// basis.  At the next rung, 0.1, (0, a) fails the test and nothing grows.
-TEST(Ladder, GrowthClimbsToTheRungThatCuresIt) {
-    const int m = 4;
-    Pool pool;
-    pool.m = m;
-    std::vector<int> head = {pool.add({0, 1}, {0.002, 1.0}), pool.add({0, 1, 2, 3}, {0.1, 1.0, 1.0, 1.0}),
-                             pool.add({1, 2, 3}, {1.0, 1.0, 2.0}), pool.add({1, 2, 3}, {1.0, 3.0, 1.0})};
-    // A target that the growth meets: the first try stands.
-    Handle G(m, &pool);
-    slu_set_dpar(G.h, SLU_DPAR_INI_RCOND, 0.05);
-    ASSERT_EQ(slu_do_factor(G.h, head.data()), SLU_STAT_OK);
-    EXPECT_NEAR(slu_get_rcond(G.h), 3.0 / 49, 1e-12);
-    EXPECT_DOUBLE_EQ(G.h->pivRelNow, 0.01);
-    check_solves(G.h, pool, head, 1e-12, 3);
-    // A target above it: one climb, and the growth is gone.
-    Handle H(m, &pool);
-    SLU *h = H.h;
-    slu_set_dpar(h, SLU_DPAR_INI_RCOND, 0.1);
-    ASSERT_EQ(slu_do_factor(h, head.data()), SLU_STAT_OK);
-    int tries = 0;
-    slu_get_iinfo(h, SLU_IINF_TRIES, &tries);
-    EXPECT_EQ(tries, 2);
-    EXPECT_DOUBLE_EQ(h->pivRelNow, 0.1);
-    EXPECT_DOUBLE_EQ(slu_get_rcond(h), 1.0);
-    check_solves(h, pool, head, 1e-12, 4);
-}
-
-// A tiny pivot that no threshold can avoid is no growth: the estimate stays
-// at 1 and the threshold where it is.
-TEST(Ladder, SmallForcedPivotDoesNotClimb) {
-    const int m = 4;
-    Pool pool;
-    pool.m = m;
-    std::vector<int> head = {pool.add({0}, {1.0}), pool.add({1}, {1e-5}), pool.add({2}, {1.0}), pool.add({3}, {1.0})};
-    Handle H(m, &pool);
-    ASSERT_EQ(slu_do_factor(H.h, head.data()), SLU_STAT_OK);
-    EXPECT_DOUBLE_EQ(slu_get_rcond(H.h), 1.0);
-    EXPECT_DOUBLE_EQ(H.h->pivRelNow, 0.01);
-    int tries = 0;
-    slu_get_iinfo(H.h, SLU_IINF_TRIES, &tries);
-    EXPECT_EQ(tries, 1);
 }
 
 TEST(Ladder, RaisedTargetRefactorsUntilMet) {

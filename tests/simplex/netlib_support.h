@@ -76,7 +76,6 @@ inline std::string case_label(const testing::TestParamInfo<NetlibCase> &info) {
   return s;
 }
 
-// Solve one model with a method and a scaling mode, and check the answer.
 // Read a netlib model into em's model, fixed MPS first, then free; its parameters
 // are left at their defaults.  False (with a failed expectation) when it cannot be read.
 inline bool read_netlib_file(EnvModel &em, const NetlibCase &c) {
@@ -90,6 +89,7 @@ inline bool read_netlib_file(EnvModel &em, const NetlibCase &c) {
   return rc == 0;
 }
 
+// Solve one model with a method and a scaling mode, and check the answer.
 inline void solve_and_check(const NetlibCase &c, int method, int scale) {
   if (!have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent under " << data_dir();
   EnvModel em;

@@ -24,6 +24,8 @@ constexpr double kFreeBox = 1000.0;       // phase-1 box of a free column
 constexpr double kPerturbBase = 5e-7;     // relative size of the cost perturbation
 constexpr double kRaiseShare = 0.15;      // degenerate share of a window that raises it
 constexpr int kMaxRaises = 2;             // tenfold raises at most
+constexpr double kTieColumns = 100.0;     // columns per distinct cost that call for kTieScale
+constexpr double kTieScale = 8.0;         // the larger perturbation of such models
 constexpr double kShiftLimit = 1e-4;      // phase-1 leftovers up to this are shifted away
 constexpr int kMaxRowRejects = 50;
 // The fewest updates the fill advice allows before it asks for a refactorisation
@@ -191,6 +193,23 @@ int refresh(Work &w, bool allowShift) {
   return 0;
 }
 
+// The scale of the cost perturbation.  When the nonzero costs share few values,
+// a hundred columns or more per distinct value on average (assignment models,
+// qap12 and qap15 among netlib's), ties among the reduced costs are the rule, and
+// the usual perturbation separates them too little: the dual then takes long
+// runs of tiny steps.  Eight times the usual size solves qap12 in 60,000
+// iterations instead of 166,000 and qap15 in about 300,000; on the other netlib
+// models of this kind the time stays the same within the noise.
+double cost_tie_scale(const GLP *g) {
+  std::vector<double> c;
+  for (int j = 0; j < g->n; j++)
+    if (g->objv[j] != 0.0) c.push_back(g->objv[j]);
+  if (c.empty()) return 1.0;
+  std::sort(c.begin(), c.end());
+  const double distinct = static_cast<double>(std::unique(c.begin(), c.end()) - c.begin());
+  return static_cast<double>(c.size()) >= kTieColumns * distinct ? kTieScale : 1.0;
+}
+
 // Random cost changes of relative size `factor` times the base, each in the
 // direction that its column's reduced cost may move without losing dual
 // feasibility.  With `nonbasicOnly` the duals stay as they are and the reduced
@@ -199,7 +218,8 @@ void perturb_costs(Work &w, double factor = 1.0, bool nonbasicOnly = false) {
   GLP *g = w.g;
   double cmax = 0.0;
   for (int j = 0; j < g->n; j++) cmax = std::max(cmax, std::fabs(g->objv[j]));
-  const double base = factor * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
+  if (w.pertScale == 0.0) w.pertScale = cost_tie_scale(g);
+  const double base = factor * w.pertScale * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
   for (int j = 0; j < g->n; j++) {
     if (nonbasicOnly && g->cbas[j] >= 0) continue;
     const bool hl = has_lo(g, j), hu = has_up(g, j);

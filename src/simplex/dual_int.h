@@ -53,11 +53,12 @@ struct Work {
   int consecDegen = 0;
   int winIter = 0, winDeg = 0;  // start of the window of the degeneracy share
   int raises = 0;              // perturbation raises so far
+  double pertScale = 0.0;      // multiplies the cost perturbation; 0 until the first one
   int noProgressChecks = 0;
   double lastObj = -1e300;
   double alphaTol = 1e-9;
-  bool factorFresh = false;
-  int tightenings = 0;       // rounds of tolerance tightening at the end  // the next refresh may skip the factorisation
+  bool factorFresh = false;    // the next refresh may skip the factorisation
+  int tightenings = 0;         // rounds of tolerance tightening at the end
 };
 
 // infeas[p] = v, keeping the list of violated positions whole.

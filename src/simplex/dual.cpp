@@ -218,8 +218,11 @@ void perturb_costs(Work &w, double factor = 1.0, bool nonbasicOnly = false) {
   GLP *g = w.g;
   double cmax = 0.0;
   for (int j = 0; j < g->n; j++) cmax = std::max(cmax, std::fabs(g->objv[j]));
+  // A raise adds 10 or 100 times the usual size on top of what is in place;
+  // the tie scale sizes the first perturbation only.
   if (w.pertScale == 0.0) w.pertScale = cost_tie_scale(g);
-  const double base = factor * w.pertScale * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
+  const double scale = nonbasicOnly ? factor : factor * w.pertScale;
+  const double base = scale * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
   for (int j = 0; j < g->n; j++) {
     if (nonbasicOnly && g->cbas[j] >= 0) continue;
     const bool hl = has_lo(g, j), hu = has_up(g, j);

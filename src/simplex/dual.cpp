@@ -219,10 +219,13 @@ void perturb_costs(Work &w, double factor = 1.0, bool nonbasicOnly = false) {
   GLP *g = w.g;
   double cmax = 0.0;
   for (int j = 0; j < g->n; j++) cmax = std::max(cmax, std::fabs(g->objv[j]));
-  // A raise adds 10 or 100 times the usual size on top of what is in place;
-  // the tie scale sizes the first perturbation only.
-  if (w.pertScale == 0.0) w.pertScale = cost_tie_scale(g);
-  const double scale = nonbasicOnly ? factor : factor * w.pertScale;
+  // The tie scale sizes the full perturbation only; a raise (nonbasicOnly)
+  // adds 10 or 100 times the usual size on top of what is in place.
+  double scale = factor;
+  if (!nonbasicOnly) {
+    if (w.pertScale == 0.0) w.pertScale = cost_tie_scale(g);
+    scale = factor * w.pertScale;
+  }
   const double base = scale * kPerturbBase * std::max(1.0, std::min(cmax, 1e3));
   for (int j = 0; j < g->n; j++) {
     if (nonbasicOnly && g->cbas[j] >= 0) continue;

@@ -53,7 +53,7 @@ struct Work {
   int consecDegen = 0;
   int winIter = 0, winDeg = 0;  // start of the window of the degeneracy share
   int raises = 0;              // perturbation raises so far
-  double pertScale = 0.0;      // multiplies the cost perturbation; 0 until the first one
+  double pertScale = 0.0;      // tie scale of the full cost perturbation; 0 until it is made
   int noProgressChecks = 0;
   double lastObj = -1e300;
   double alphaTol = 1e-9;

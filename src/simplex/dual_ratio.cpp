@@ -15,9 +15,21 @@ namespace dual {
 
 namespace {
 
+// How far past the smallest Harris bound the long step collects at first: a
+// power of two, three rounds of its widening by 4.
+constexpr double kCapMul = 64.0;
+
 // Candidates of the pivot row for the sign s.  Returns their count; *minHarris
 // is the smallest Harris bound among them.
-int collect(Work &w, int s, double *minHarris) {
+//
+// With capMul >= 1, a candidate whose ratio is sure to exceed capMul times the
+// smallest Harris bound seen so far is left out and only counted in *dropped.
+// The test is a multiplication with a relative margin of 1e-14, well above the
+// rounding of the product and of the division it replaces, so a left-out
+// candidate's ratio (and so its Harris bound) exceeds capMul * *minHarris as
+// the division would give it.  Everything with a ratio up to that bound is
+// collected, in row order, exactly as without the cap.
+int collect(Work &w, int s, double capMul, double *minHarris, int *dropped) {
   GLP *g = w.g;
   const SpxVec &row = g->pivrow;
   const double *a = row.val.data();
@@ -26,6 +38,7 @@ int collect(Work &w, int s, double *minHarris) {
   const double tol = g->ceps, atol = w.alphaTol, inf = g->infin;
   w.cands.clear();
   double hmin = 1e300;
+  int drop = 0;
   for (int k = 0; k < row.count; k++) {
     const int j = row.ind[k];
     const double sa = s * a[j];
@@ -41,6 +54,15 @@ int collect(Work &w, int s, double *minHarris) {
       if (sa >= 0) continue;
     }
     const double dfeas = sa > 0 ? d[j] : -d[j];
+    if (capMul > 0 && hmin > 0 && hmin < 1e300) {
+      // capMul is a power of two, so capMul * hmin is exact; the product with
+      // aa must stay a normal number for the margin to hold.
+      const double lim = aa * (capMul * hmin);
+      if (lim > 1e-290 && dfeas > lim * (1.0 + 1e-14)) {
+        drop++;
+        continue;
+      }
+    }
     Cand c;
     c.j = j;
     c.absAlpha = aa;
@@ -51,6 +73,7 @@ int collect(Work &w, int s, double *minHarris) {
     w.cands.push_back(c);
   }
   *minHarris = hmin;
+  *dropped = drop;
   return static_cast<int>(w.cands.size());
 }
 
@@ -69,26 +92,18 @@ int harris_pick(const Work &w, size_t from, double tmax) {
   return best;
 }
 
-}  // namespace
-
-int ratio_test(Work &w, int s, double delta, double *t) {
+// The long-step test over w.cands, whose smallest Harris bound is hmin.  When
+// `dropped` candidates were left out by a cap at capT (every one of them has a
+// ratio above capT), the test only goes as far as capT and returns -2 when it
+// would need to look past it.
+int long_step(Work &w, double delta, double hmin, int dropped, double capT, double *t) {
   GLP *g = w.g;
-  w.flipList.clear();
-  *t = 0.0;
-  double T = 1e300;
-  const int k = collect(w, s, &T);
-  if (k == 0) return -1;
-  if (!w.longStep) {
-    const int b = harris_pick(w, 0, T);
-    if (b < 0) return -1;
-    *t = w.cands[b].ratio;
-    return w.cands[b].j;
-  }
+  std::vector<Cand> &c = w.cands;
+  const size_t all = c.size() + static_cast<size_t>(dropped);
   // Only the breakpoints up to the point where the slope can turn matter: find
   // a step bound T that covers them, then sort those alone.
-  std::vector<Cand> &c = w.cands;
-  if (T < 0) T = 0;
-  size_t keep = 0;
+  double T = hmin < 0 ? 0.0 : hmin;
+  if (dropped > 0 && !(T <= capT)) return -2;
   for (int round = 0; round < 60; round++) {
     double sum = 0.0;
     size_t cnt = 0;
@@ -99,27 +114,26 @@ int ratio_test(Work &w, int s, double delta, double *t) {
         if (x.range >= g->infin) unboxed = true;
         else sum += x.absAlpha * x.range;
       }
-    keep = cnt;
-    if (unboxed || sum >= delta || cnt == c.size()) break;
+    if (unboxed || sum >= delta || cnt == all) break;
     T = T <= 0 ? 1e-12 : T * 4.0;
+    if (dropped > 0 && !(T <= capT)) return -2;
   }
   // Move the kept ones to the front, the rest after, then sort the front.  The
   // smallest Harris bound of the rest (all of whose ratios exceed T) bounds the
   // last group of the kept part.
   double restMin = 1e300;
-  {
-    size_t at = 0;
-    for (size_t i = 0; i < c.size(); i++) {
-      if (c[i].ratio <= T) std::swap(c[i], c[at++]);
-      else restMin = std::min(restMin, c[i].harris);
-    }
-    keep = at;
+  size_t keep = 0;
+  for (size_t i = 0; i < c.size(); i++) {
+    if (c[i].ratio <= T) std::swap(c[i], c[keep++]);
+    else restMin = std::min(restMin, c[i].harris);
   }
   std::sort(c.begin(), c.begin() + static_cast<long>(keep), [](const Cand &u, const Cand &v) {
     return u.ratio < v.ratio || (u.ratio == v.ratio && u.j < v.j);
   });
   // Suffix minima of the Harris bounds over the kept part, with the bound of
-  // the rest folded in.
+  // the rest folded in.  (That bound exceeds T, so it never cuts a group of
+  // the kept part short; it does not matter that a cap left some of the rest
+  // out of it.)
   w.sufHarris.resize(keep + 1);
   w.sufHarris[keep] = restMin;
   for (size_t i = keep; i-- > 0;) w.sufHarris[i] = std::min(w.sufHarris[i + 1], c[i].harris);
@@ -153,9 +167,10 @@ int ratio_test(Work &w, int s, double delta, double *t) {
     *t = c[best].ratio;
     return c[best].j;
   }
-  if (keep < c.size()) {
+  if (keep < all) {
     // Everything kept flipped and the slope is still positive: the rest holds
     // the entering column.
+    if (dropped > 0) return -2;
     const int b = harris_pick(w, keep, restMin);
     if (b >= 0) {
       *t = c[b].ratio;
@@ -163,6 +178,36 @@ int ratio_test(Work &w, int s, double delta, double *t) {
     }
   }
   return -1;
+}
+
+}  // namespace
+
+int ratio_test(Work &w, int s, double delta, double *t) {
+  w.flipList.clear();
+  *t = 0.0;
+  double hmin = 1e300;
+  int dropped = 0;
+  if (!w.longStep) {
+    // Harris picks among the ratios up to the smallest Harris bound, so any
+    // candidate whose ratio is above the running minimum can be left out.
+    if (collect(w, s, 1.0, &hmin, &dropped) == 0) return -1;
+    const int b = harris_pick(w, 0, hmin);
+    if (b < 0) return -1;
+    *t = w.cands[b].ratio;
+    return w.cands[b].j;
+  }
+  // The long step usually ends within a few rounds of widening from the
+  // smallest Harris bound, so first collect only the candidates up to
+  // kCapMul times that bound; when the test needs more, collect them all.
+  if (collect(w, s, kCapMul, &hmin, &dropped) == 0) return -1;
+  if (dropped > 0) {
+    const int q = long_step(w, delta, hmin, dropped, hmin * kCapMul, t);
+    if (q != -2) return q;
+    w.flipList.clear();
+    *t = 0.0;
+    collect(w, s, 0.0, &hmin, &dropped);
+  }
+  return long_step(w, delta, hmin, 0, 0.0, t);
 }
 
 }  // namespace dual

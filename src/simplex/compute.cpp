@@ -4,12 +4,12 @@
 #include <cmath>
 
 #include "simplex/glp.h"
+#include "simplex/pivot_row.h"
 
 namespace {
 
 int lu_code(int rc) { return rc == KXI_LU_ERR_MEMORY ? SPX_NOMEM : (rc ? SPX_NUMERIC : 0); }
 
-constexpr double kDropRow = 1e-12;  // pivot row entries below this are dropped
 
 // After a solve: the output's count from the engine's vector, the input
 // cleared (the engine leaves its values in place), the result code mapped.
@@ -172,70 +172,7 @@ int spx_compute_duals(GLP *g, const std::vector<double> &cost) {
 }
 
 void spx_pivot_row(GLP *g, const SpxVec &rho) {
-  const int m = g->m, n = g->n;
-  SpxVec &row = g->pivrow;
-  row.clear(g->nm);
-  double *v = row.val.data();
-  int *ind = row.ind.data();
-  int cnt = 0;
-  const int *cbas = g->cbas.data();
-  // Work of the row-wise product against the column-wise one.
-  bool rowwise = rho.count >= 0;
-  if (rowwise) {
-    int64_t work = 0;
-    for (int k = 0; k < rho.count; k++) {
-      const int i = rho.ind[k];
-      work += g->rowBeg[i + 1] - g->rowBeg[i];
-    }
-    if (work > 0.3 * static_cast<double>(g->colBeg[n])) rowwise = false;
-  }
-  if (rowwise) {
-    char *mk = g->mark.data();
-    for (int k = 0; k < rho.count; k++) {
-      const int i = rho.ind[k];
-      const double r = rho.val[i];
-      if (r == 0.0) continue;
-      for (int e = g->rowBeg[i]; e < g->rowBeg[i + 1]; e++) {
-        const int j = g->rowCol[e];
-        if (cbas[j] >= 0) continue;
-        if (!mk[j]) {
-          mk[j] = 1;
-          ind[cnt++] = j;
-        }
-        v[j] += r * g->rowVal[e];
-      }
-      if (cbas[n + i] < 0) {
-        mk[n + i] = 1;
-        ind[cnt++] = n + i;
-        v[n + i] = r;
-      }
-    }
-    int c2 = 0;
-    for (int k = 0; k < cnt; k++) {
-      const int j = ind[k];
-      mk[j] = 0;
-      if (std::fabs(v[j]) > kDropRow) ind[c2++] = j;
-      else v[j] = 0.0;
-    }
-    row.count = c2;
-    return;
-  }
-  const double *r = rho.val.data();
-  for (int j = 0; j < n; j++) {
-    if (cbas[j] >= 0) continue;
-    double s = 0.0;
-    for (int k = g->colBeg[j]; k < g->colBeg[j] + g->colLen[j]; k++) s += r[g->rowInd[k]] * g->colVal[k];
-    if (std::fabs(s) > kDropRow) {
-      v[j] = s;
-      ind[cnt++] = j;
-    }
-  }
-  for (int i = 0; i < m; i++)
-    if (cbas[n + i] < 0 && std::fabs(r[i]) > kDropRow) {
-      v[n + i] = r[i];
-      ind[cnt++] = n + i;
-    }
-  row.count = cnt;
+  spx_pivot_row_visit(g, rho, [](int, double, int) {});
 }
 
 double spx_primal_infeas(GLP *g, int *count, double *maxv) {

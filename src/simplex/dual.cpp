@@ -525,7 +525,7 @@ int run_phase(Work &w, int *err) {
     }
     retries = 0;
 
-    spx_pivot_row(g, rho);
+    pivot_row(w, s, rho);
     double t = 0.0;
     const int q = ratio_test(w, s, delta, &t);
     if (q < 0) {

@@ -41,7 +41,9 @@ struct Work {
   std::vector<double> trueLb, trueUb, trueRhs;  // kept while phase 1 runs
   std::vector<char> rowRej;    // positions refused until the next factorisation
   int nRowRej = 0;
-  std::vector<Cand> cands;
+  std::vector<Cand> cands;     // candidates of the ratio test on the pivot row
+  double candMin = 1e300;      // their smallest Harris bound
+  int candDropped = 0;         // candidates left out, each past candMin times a cap
   std::vector<double> sufHarris;
   std::vector<int> flipList;   // columns flipped by the last ratio test
   SpxVec tau;                  // B^-1 rho for the steepest-edge update
@@ -77,6 +79,16 @@ inline void set_infeas(Work &w, int p, double v) {
     w.infList.pop_back();
     at = -1;
   }
+}
+
+// Whether num / den, as the division rounds it, is sure to exceed bound
+// (den > 0, bound > 0), found by a multiplication: true only when num exceeds
+// den * bound by a relative margin of 1e-14, far above the rounding of the
+// product, of the margin and of the division.  The product must be a normal
+// number for that to hold, so tiny ones answer false.
+inline bool ratio_surely_above(double num, double den, double bound) {
+  const double lim = den * bound;
+  return lim > 1e-290 && num > lim * (1.0 + 1e-14);
 }
 
 inline bool has_lo(const GLP *g, int j) { return g->clb[j] > -g->infin; }
@@ -116,10 +128,13 @@ int choose_row(Work &w);  // position of the leaving variable, or -1
 void update_weights(Work &w, int r, double alphaR);
 
 // dual_ratio.cpp
-// Choose the entering column for leaving position r, sign s and primal
-// infeasibility delta > 0.  Returns q or -1 (no candidate: a dual ray when no
-// column was flipped either).  *t receives the dual step (>= 0) and w.flipList
-// the columns passed.
+// The pivot row g->pivrow from rho, for a leaving variable of sign s, and the
+// candidates of the ratio test in w.cands (see candMin, candDropped).
+void pivot_row(Work &w, int s, const SpxVec &rho);
+// Choose the entering column for the row pivot_row made, with its sign s and
+// primal infeasibility delta > 0.  Returns q or -1 (no candidate: a dual ray
+// when no column was flipped either).  *t receives the dual step (>= 0) and
+// w.flipList the columns passed.
 int ratio_test(Work &w, int s, double delta, double *t);
 
 }  // namespace dual

@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "simplex/dual_int.h"
+#include "simplex/pivot_row.h"
 
 namespace dual {
 
@@ -19,49 +20,46 @@ namespace {
 // power of two, three rounds of its widening by 4.
 constexpr double kCapMul = 64.0;
 
-// Candidates of the pivot row for the sign s.  Returns their count; *minHarris
-// is the smallest Harris bound among them.
+// The candidates of a pivot row for the sign s, fed one entry at a time in
+// the order of the row; w.cands receives them.
 //
 // With capMul >= 1, a candidate whose ratio is sure to exceed capMul times the
-// smallest Harris bound seen so far is left out and only counted in *dropped.
-// The test is a multiplication with a relative margin of 1e-14, well above the
-// rounding of the product and of the division it replaces, so a left-out
-// candidate's ratio (and so its Harris bound) exceeds capMul * *minHarris as
-// the division would give it.  Everything with a ratio up to that bound is
-// collected, in row order, exactly as without the cap.
-int collect(Work &w, int s, double capMul, double *minHarris, int *dropped) {
-  GLP *g = w.g;
-  const SpxVec &row = g->pivrow;
-  const double *a = row.val.data();
-  const double *d = g->rdc.data();
-  const int *cbas = g->cbas.data();
-  const double tol = g->ceps, atol = w.alphaTol, inf = g->infin;
-  w.cands.clear();
+// smallest Harris bound seen so far (ratio_surely_above) is left out and only
+// counted: its ratio, as the division would give it, and so its Harris bound
+// exceed capMul times the final smallest bound.  Everything with a ratio up
+// to that bound is collected, in row order, exactly as without the cap.
+struct Collector {
+  Work &w;
+  const int s;
+  const double capMul;
+  const double *d, *clb, *cub;
+  const double tol, atol, inf;
   double hmin = 1e300;
   int drop = 0;
-  for (int k = 0; k < row.count; k++) {
-    const int j = row.ind[k];
-    const double sa = s * a[j];
+
+  Collector(Work &w_, int s_, double capMul_)
+      : w(w_), s(s_), capMul(capMul_), d(w_.g->rdc.data()), clb(w_.g->clb.data()), cub(w_.g->cub.data()),
+        tol(w_.g->ceps), atol(w_.alphaTol), inf(w_.g->infin) {
+    w.cands.clear();
+  }
+
+  void add(int j, double a, int st) {
+    const double sa = s * a;
     const double aa = std::fabs(sa);
-    if (aa <= atol) continue;
-    const int st = cbas[j];
-    if (st >= 0) continue;
-    const double lo = g->clb[j], up = g->cub[j];
-    if (lo == up) continue;  // fixed: never enters
+    if (aa <= atol) return;
+    if (st >= 0) return;
+    const double lo = clb[j], up = cub[j];
+    if (lo == up) return;  // fixed: never enters
     if (st == -1) {
-      if (sa <= 0) continue;
+      if (sa <= 0) return;
     } else if (st == -2) {
-      if (sa >= 0) continue;
+      if (sa >= 0) return;
     }
     const double dfeas = sa > 0 ? d[j] : -d[j];
-    if (capMul > 0 && hmin > 0 && hmin < 1e300) {
-      // capMul is a power of two, so capMul * hmin is exact; the product with
-      // aa must stay a normal number for the margin to hold.
-      const double lim = aa * (capMul * hmin);
-      if (lim > 1e-290 && dfeas > lim * (1.0 + 1e-14)) {
-        drop++;
-        continue;
-      }
+    // capMul is a power of two, so capMul * hmin is exact.
+    if (capMul > 0 && hmin > 0 && hmin < 1e300 && ratio_surely_above(dfeas, aa, capMul * hmin)) {
+      drop++;
+      return;
     }
     Cand c;
     c.j = j;
@@ -72,9 +70,23 @@ int collect(Work &w, int s, double capMul, double *minHarris, int *dropped) {
     hmin = std::min(hmin, c.harris);
     w.cands.push_back(c);
   }
-  *minHarris = hmin;
-  *dropped = drop;
-  return static_cast<int>(w.cands.size());
+
+  void finish() {
+    w.candMin = hmin;
+    w.candDropped = drop;
+  }
+};
+
+// Collects the candidates of g->pivrow again, all of them.
+void collect_all(Work &w, int s) {
+  const GLP *g = w.g;
+  const SpxVec &row = g->pivrow;
+  Collector col(w, s, 0.0);
+  for (int k = 0; k < row.count; k++) {
+    const int j = row.ind[k];
+    col.add(j, row.val[j], g->cbas[j]);
+  }
+  col.finish();
 }
 
 // Harris over cands[from..) given their smallest Harris bound tmax: the largest
@@ -182,32 +194,35 @@ int long_step(Work &w, double delta, double hmin, int dropped, double capT, doub
 
 }  // namespace
 
+void pivot_row(Work &w, int s, const SpxVec &rho) {
+  // Harris picks among the ratios up to the smallest Harris bound, so any
+  // candidate whose ratio is above the running minimum can be left out.  The
+  // long step usually ends within a few rounds of widening from that bound,
+  // so it first takes the candidates up to kCapMul times it.
+  Collector col(w, s, w.longStep ? kCapMul : 1.0);
+  spx_pivot_row_visit(w.g, rho, [&col](int j, double a, int st) { col.add(j, a, st); });
+  col.finish();
+}
+
 int ratio_test(Work &w, int s, double delta, double *t) {
   w.flipList.clear();
   *t = 0.0;
-  double hmin = 1e300;
-  int dropped = 0;
+  if (w.cands.empty()) return -1;
   if (!w.longStep) {
-    // Harris picks among the ratios up to the smallest Harris bound, so any
-    // candidate whose ratio is above the running minimum can be left out.
-    if (collect(w, s, 1.0, &hmin, &dropped) == 0) return -1;
-    const int b = harris_pick(w, 0, hmin);
+    const int b = harris_pick(w, 0, w.candMin);
     if (b < 0) return -1;
     *t = w.cands[b].ratio;
     return w.cands[b].j;
   }
-  // The long step usually ends within a few rounds of widening from the
-  // smallest Harris bound, so first collect only the candidates up to
-  // kCapMul times that bound; when the test needs more, collect them all.
-  if (collect(w, s, kCapMul, &hmin, &dropped) == 0) return -1;
-  if (dropped > 0) {
-    const int q = long_step(w, delta, hmin, dropped, hmin * kCapMul, t);
+  if (w.candDropped > 0) {
+    const int q = long_step(w, delta, w.candMin, w.candDropped, w.candMin * kCapMul, t);
     if (q != -2) return q;
+    // The test needs candidates past the cap: take them all.
     w.flipList.clear();
     *t = 0.0;
-    collect(w, s, 0.0, &hmin, &dropped);
+    collect_all(w, s);
   }
-  return long_step(w, delta, hmin, 0, 0.0, t);
+  return long_step(w, delta, w.candMin, 0, 0.0, t);
 }
 
 }  // namespace dual

@@ -274,7 +274,8 @@ bool spx_tighten(GLP *g, double pv, double dv, double gs);
 // up to a visible part of the objective.
 double spx_dual_gap_share(const GLP *g, double objective);
 void spx_load_column(const GLP *g, int j, SpxVec &v);  // column j by row
-// Row r of B^-1 N: g->pivrow over all columns, from rho = g->binvi.
+// Row r of B^-1 N: g->pivrow over all columns, from rho = g->binvi.  (The
+// dual computes it through spx_pivot_row_visit in pivot_row.h.)
 void spx_pivot_row(GLP *g, const SpxVec &rho);
 double spx_primal_infeas(GLP *g, int *count, double *maxv);
 double spx_objective(const GLP *g);  // scaled internal objective of x

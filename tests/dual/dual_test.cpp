@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/kx_test_util.h"
+#include "simplex/dual_int.h"
 #include "simplex/lp_check.h"
 
 namespace {
@@ -304,6 +305,45 @@ TEST(DualWarm, ChangesOfDataWarmStart) {
   }
   EXPECT_GE(cases, 10);
   EXPECT_LT(warmIters, coldIters);
+}
+
+// The ratio test leaves a candidate out by a multiplication when its ratio is
+// sure to exceed a bound.  The answer must never contradict the division it
+// stands for, down to the last bit, and it must still drop what is plainly
+// above (or the candidate pass keeps everything).
+TEST(DualRatio, SurelyAboveAgreesWithTheDivision) {
+  std::mt19937 rng(7);
+  std::uniform_real_distribution<double> mant(1.0, 2.0);
+  std::uniform_int_distribution<int> expo(-60, 60), ulps(-8, 8);
+  int plainlyAbove = 0, saidAbove = 0;
+  for (int k = 0; k < 200000; k++) {
+    const double num = std::ldexp(mant(rng), expo(rng));
+    const double den = std::ldexp(mant(rng), expo(rng));
+    const double q = num / den;
+    // A bound within a few units in the last place of the quotient, or one
+    // well below it.
+    double bound = q;
+    if (k % 4 == 3) {
+      bound = q * 0.999;
+    } else {
+      const int steps = ulps(rng);
+      for (int t = 0; t < std::abs(steps); t++) bound = std::nextafter(bound, steps > 0 ? 1e308 : 0.0);
+    }
+    const bool above = dual::ratio_surely_above(num, den, bound);
+    if (above) {
+      saidAbove++;
+      ASSERT_GT(q, bound) << num << " / " << den << " against " << bound;
+    }
+    if (q > bound * (1 + 1e-12)) {
+      plainlyAbove++;
+      EXPECT_TRUE(above) << num << " / " << den << " against " << bound;
+    }
+  }
+  EXPECT_GT(plainlyAbove, 40000);
+  EXPECT_EQ(saidAbove, plainlyAbove);
+  // Products below the normal range answer no, whatever the quotient.
+  EXPECT_FALSE(dual::ratio_surely_above(1.0, 1e-200, 1e-200));
+  EXPECT_FALSE(dual::ratio_surely_above(1.0, 1e-300, 1.0));
 }
 
 }  // namespace

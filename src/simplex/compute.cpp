@@ -10,7 +10,6 @@ namespace {
 
 int lu_code(int rc) { return rc == KXI_LU_ERR_MEMORY ? SPX_NOMEM : (rc ? SPX_NUMERIC : 0); }
 
-
 // After a solve: the output's count from the engine's vector, the input
 // cleared (the engine leaves its values in place), the result code mapped.
 int solved(GLP *g, int rc, SpxVec &in, SpxVec &out, const SLUVec &b) {

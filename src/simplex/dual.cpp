@@ -633,13 +633,17 @@ int run_phase(Work &w, int *err) {
       *err = lu_rc(rc);
       return PE_ERROR;
     }
+    // The other basic variables move along the column, in the pass that
+    // updates the weights; the leaving one goes to its bound.
     const double bound = s < 0 ? g->clb[jr] : g->cub[jr];
     const double thetaP = (g->x[jr] - bound) / alpha;
-    for_each(col, m, [&](int p, double a) { g->x[g->rbas[p]] -= thetaP * a; });
+    update_weights(w, r, alpha, [&](int p, double a) {
+      const int j = g->rbas[p];
+      g->x[j] -= thetaP * a;
+      set_infeas(w, p, violation2(g, j));
+    });
     g->x[q] += thetaP;
     g->x[jr] = bound;
-
-    update_weights(w, r, alpha);
 
     // Basis change.
     g->rbas[r] = q;
@@ -649,7 +653,6 @@ int run_phase(Work &w, int *err) {
     g->pivj = q;
     g->mrat = thetaP;
     g->smax = std::fabs(alpha);
-    for_each(col, m, [&](int p, double) { set_infeas(w, p, violation2(g, g->rbas[p])); });
     set_infeas(w, r, violation2(g, q));
 
     int luStat = 0;

@@ -9,6 +9,7 @@
 // below its lower bound has s = -1 (theta <= 0), above its upper bound s = +1.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -123,9 +124,64 @@ inline void for_each(const SpxVec &v, int len, F &&f) {
 // dual_pricing.cpp
 void init_weights(Work &w, bool exact);
 int choose_row(Work &w);  // position of the leaving variable, or -1
+
+inline constexpr double kMinWeight = 1e-4;  // floor of the steepest-edge weights
+
 // Weights after a pivot on r with column g->pivcol, BTRAN norm beta = g->pivnorm
-// and tau = B^-1 rho (steepest edge only).
-void update_weights(Work &w, int r, double alphaR);
+// and tau = B^-1 rho (steepest edge only).  also(p, alpha_p) is called for every
+// other entry of the column in the same pass, so that the caller's own work on
+// the column (the primal step) reads it once.
+template <class Also>
+void update_weights(Work &w, int r, double alphaR, Also &&also) {
+  GLP *g = w.g;
+  const int m = g->m;
+  double *wt = g->dwts.data();
+  const double beta = g->pivnorm;
+  const SpxVec &col = g->pivcol;
+  switch (w.pricing) {
+    case DP_STEEPEST: {
+      const double *tv = w.tau.val.data();
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        also(p, a);
+        const double k = a / alphaR;
+        double nw = wt[p] + k * (k * beta - 2.0 * tv[p]);
+        // The new row is rho_p - k rho_r; its norm is at least k^2 times the
+        // part of rho_r outside rho_p, which the floor stands for.
+        wt[p] = std::max(nw, kMinWeight);
+      });
+      wt[r] = std::max(beta / (alphaR * alphaR), kMinWeight);
+      break;
+    }
+    case DP_DEVEX: {
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        also(p, a);
+        const double k = a / alphaR;
+        wt[p] = std::max(wt[p], beta * k * k);
+        if (wt[p] < 1e-8) wt[p] = 1.00000001;
+      });
+      wt[r] = std::max(1.0, beta / (alphaR * alphaR));
+      break;
+    }
+    case DP_ROWCOUNT: {
+      for_each(col, m, [&](int p, double a) {
+        if (p == r) return;
+        also(p, a);
+        const double k = a / alphaR;
+        wt[p] = std::max(wt[p], beta * k * k - 2.0 * a * a);
+        if (wt[p] < kMinWeight) wt[p] = kMinWeight;
+      });
+      wt[r] = std::max(wt[r], beta / (alphaR * alphaR));
+      break;
+    }
+    default:
+      for_each(col, m, [&](int p, double a) {
+        if (p != r) also(p, a);
+      });
+      break;
+  }
+}
 
 // dual_ratio.cpp
 // The pivot row g->pivrow from rho, for a leaving variable of sign s, and the

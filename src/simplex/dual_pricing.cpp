@@ -9,12 +9,6 @@
 
 namespace dual {
 
-namespace {
-
-constexpr double kMinWeight = 1e-4;
-
-}  // namespace
-
 void init_weights(Work &w, bool exact) {
   GLP *g = w.g;
   const int m = g->m, n = g->n;
@@ -85,51 +79,6 @@ int choose_row(Work &w) {
     for (int p = 0; p < m; p++) consider(p);
   }
   return best;
-}
-
-void update_weights(Work &w, int r, double alphaR) {
-  GLP *g = w.g;
-  const int m = g->m;
-  double *wt = g->dwts.data();
-  const double beta = g->pivnorm;
-  const SpxVec &col = g->pivcol;
-  switch (w.pricing) {
-    case DP_STEEPEST: {
-      const SpxVec &tau = w.tau;
-      const double *tv = tau.val.data();
-      for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
-        const double k = a / alphaR;
-        double nw = wt[p] + k * (k * beta - 2.0 * tv[p]);
-        // The new row is rho_p - k rho_r; its norm is at least k^2 times the
-        // part of rho_r outside rho_p, which the floor stands for.
-        wt[p] = std::max(nw, kMinWeight);
-      });
-      wt[r] = std::max(beta / (alphaR * alphaR), kMinWeight);
-      break;
-    }
-    case DP_DEVEX: {
-      for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
-        const double k = a / alphaR;
-        wt[p] = std::max(wt[p], beta * k * k);
-        if (wt[p] < 1e-8) wt[p] = 1.00000001;
-      });
-      wt[r] = std::max(1.0, beta / (alphaR * alphaR));
-      break;
-    }
-    case DP_ROWCOUNT: {
-      for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
-        const double k = a / alphaR;
-        wt[p] = std::max(wt[p], beta * k * k - 2.0 * a * a);
-        if (wt[p] < kMinWeight) wt[p] = kMinWeight;
-      });
-      wt[r] = std::max(wt[r], beta / (alphaR * alphaR));
-      break;
-    }
-    default: break;
-  }
 }
 
 }  // namespace dual

@@ -43,18 +43,19 @@ struct Collector {
     w.cands.clear();
   }
 
+  // j is nonbasic (st < 0), as the pivot row hands its entries.  The tests
+  // that need no memory come first.
   void add(int j, double a, int st) {
     const double sa = s * a;
     const double aa = std::fabs(sa);
     if (aa <= atol) return;
-    if (st >= 0) return;
-    const double lo = clb[j], up = cub[j];
-    if (lo == up) return;  // fixed: never enters
     if (st == -1) {
       if (sa <= 0) return;
     } else if (st == -2) {
       if (sa >= 0) return;
     }
+    const double lo = clb[j], up = cub[j];
+    if (lo == up) return;  // fixed: never enters
     const double dfeas = sa > 0 ? d[j] : -d[j];
     // capMul is a power of two, so capMul * hmin is exact.
     if (capMul > 0 && hmin > 0 && hmin < 1e300 && ratio_surely_above(dfeas, aa, capMul * hmin)) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "io/mps.h"
 
@@ -15,21 +16,22 @@ int LineReader::open(const char *path) {
   lineNo = 0;
   gzFile f = gzopen(path, "rb");
   if (!f) return KXERR_CANNOT_OPEN_FILE;
+  // Blocks go through a buffer that is never cleared, and the text grows by
+  // what was read only: a small file touches a few pages, not a whole block
+  // of zeros, which at every start of a process cost more than reading it.
   const size_t kBlock = 0x40000;
-  size_t used = 0;
+  std::unique_ptr<char[]> block(new char[kBlock]);
   for (;;) {
-    data.resize(used + kBlock);
-    int got = gzread(f, data.data() + used, static_cast<unsigned>(kBlock));
+    const int got = gzread(f, block.get(), static_cast<unsigned>(kBlock));
     if (got < 0) {
       gzclose(f);
       data.clear();
       return KXERR_CANNOT_OPEN_FILE;
     }
-    used += static_cast<size_t>(got);
+    data.insert(data.end(), block.get(), block.get() + got);
     if (static_cast<size_t>(got) < kBlock) break;
   }
   gzclose(f);
-  data.resize(used);
   return 0;
 }
 

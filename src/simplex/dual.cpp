@@ -633,16 +633,23 @@ int run_phase(Work &w, int *err) {
       *err = lu_rc(rc);
       return PE_ERROR;
     }
-    // The other basic variables move along the column, in the pass that
-    // updates the weights; the leaving one goes to its bound.
+    // The basic variables move along the column, in the pass that updates the
+    // weights: the leaving one to its bound, and its position's violation is
+    // that of q from now on.  The list of violated positions changes in the
+    // column's order, which the row choice sees in exact ties.
     const double bound = s < 0 ? g->clb[jr] : g->cub[jr];
     const double thetaP = (g->x[jr] - bound) / alpha;
+    g->x[q] += thetaP;
     update_weights(w, r, alpha, [&](int p, double a) {
+      if (p == r) {
+        g->x[jr] = bound;
+        set_infeas(w, r, violation2(g, q));
+        return;
+      }
       const int j = g->rbas[p];
       g->x[j] -= thetaP * a;
       set_infeas(w, p, violation2(g, j));
     });
-    g->x[q] += thetaP;
     g->x[jr] = bound;
 
     // Basis change.

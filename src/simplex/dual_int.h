@@ -129,8 +129,8 @@ inline constexpr double kMinWeight = 1e-4;  // floor of the steepest-edge weight
 
 // Weights after a pivot on r with column g->pivcol, BTRAN norm beta = g->pivnorm
 // and tau = B^-1 rho (steepest edge only).  also(p, alpha_p) is called for every
-// other entry of the column in the same pass, so that the caller's own work on
-// the column (the primal step) reads it once.
+// entry of the column, r's included, in the same pass and in the column's order,
+// so that the caller's own work on the column (the primal step) reads it once.
 template <class Also>
 void update_weights(Work &w, int r, double alphaR, Also &&also) {
   GLP *g = w.g;
@@ -142,8 +142,8 @@ void update_weights(Work &w, int r, double alphaR, Also &&also) {
     case DP_STEEPEST: {
       const double *tv = w.tau.val.data();
       for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
         also(p, a);
+        if (p == r) return;
         const double k = a / alphaR;
         double nw = wt[p] + k * (k * beta - 2.0 * tv[p]);
         // The new row is rho_p - k rho_r; its norm is at least k^2 times the
@@ -155,8 +155,8 @@ void update_weights(Work &w, int r, double alphaR, Also &&also) {
     }
     case DP_DEVEX: {
       for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
         also(p, a);
+        if (p == r) return;
         const double k = a / alphaR;
         wt[p] = std::max(wt[p], beta * k * k);
         if (wt[p] < 1e-8) wt[p] = 1.00000001;
@@ -166,8 +166,8 @@ void update_weights(Work &w, int r, double alphaR, Also &&also) {
     }
     case DP_ROWCOUNT: {
       for_each(col, m, [&](int p, double a) {
-        if (p == r) return;
         also(p, a);
+        if (p == r) return;
         const double k = a / alphaR;
         wt[p] = std::max(wt[p], beta * k * k - 2.0 * a * a);
         if (wt[p] < kMinWeight) wt[p] = kMinWeight;
@@ -176,9 +176,7 @@ void update_weights(Work &w, int r, double alphaR, Also &&also) {
       break;
     }
     default:
-      for_each(col, m, [&](int p, double a) {
-        if (p != r) also(p, a);
-      });
+      for_each(col, m, also);
       break;
   }
 }

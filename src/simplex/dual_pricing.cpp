@@ -54,9 +54,12 @@ int choose_row(Work &w) {
   const double *inf = w.infeas.data();
   const double *wt = g->dwts.data();
   const char *rej = w.rowRej.data();
-  // The largest violation over its weight, compared crosswise so that the
-  // choice does not hang on the order of the search; the first position wins
-  // between equals.
+  // The largest violation over its weight, compared crosswise; the first
+  // position wins between equals.  Products that round to the same value are
+  // compared by their rounding errors, that is exactly: a comparison of
+  // rounded products alone is not transitive, and the choice would then hang
+  // on the order of the search.  (Rounding is monotone, so where the rounded
+  // products differ, the exact ones differ the same way.)
   const bool dantzig = w.pricing == DP_DANTZIG;
   int best = -1;
   double bestV = 0.0, bestW = 1.0;
@@ -65,7 +68,12 @@ int choose_row(Work &w) {
     if (v == 0.0 || rej[p]) return;
     const double wp = dantzig ? 1.0 : wt[p];
     const double a = v * bestW, b = bestV * wp;
-    if (a > b || (a == b && (best < 0 || p < best))) {
+    bool above = a > b;
+    if (a == b) {
+      const double ea = std::fma(v, bestW, -a), eb = std::fma(bestV, wp, -b);
+      above = ea > eb || (ea == eb && (best < 0 || p < best));
+    }
+    if (above) {
       best = p;
       bestV = v;
       bestW = wp;

@@ -4,7 +4,9 @@
 // an open side), the cutoff, iteration limits and warm starts after changes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -344,6 +346,76 @@ TEST(DualRatio, SurelyAboveAgreesWithTheDivision) {
   // Products below the normal range answer no, whatever the quotient.
   EXPECT_FALSE(dual::ratio_surely_above(1.0, 1e-200, 1e-200));
   EXPECT_FALSE(dual::ratio_surely_above(1.0, 1e-300, 1.0));
+}
+
+// Whether a/b > c/d exactly, for positive normal doubles: the mantissas as
+// 53-bit integers, multiplied in 128 bits, the exponents kept apart.
+int exact_ratio_cmp(double a, double b, double c, double d) {
+  auto split = [](double x, int64_t &mant) {
+    int e;
+    mant = static_cast<int64_t>(std::ldexp(std::frexp(x, &e), 53));
+    return e - 53;
+  };
+  int64_t ma, mb, mc, md;
+  const int ead = split(a, ma) + split(d, md), ecb = split(c, mc) + split(b, mb);
+  __int128 l = static_cast<__int128>(ma) * md, r = static_cast<__int128>(mc) * mb;
+  // Bring both to the smaller exponent (the shifts stay far inside 128 bits).
+  if (ead > ecb) l <<= (ead - ecb);
+  else r <<= (ecb - ead);
+  return l > r ? 1 : (l < r ? -1 : 0);
+}
+
+// The row choice ranks violation over weight.  Three rows whose cross
+// products round to the same value pairwise, though the exact ratios differ,
+// made the comparison of rounded products intransitive, and the pick then
+// hung on the order of the violation list.  The pick must be the exact
+// largest ratio (the lowest position among exact equals), in every order.
+TEST(DualRowChoice, PicksTheExactLargestInEveryOrder) {
+  const int m = 8;
+  const int pos[3] = {1, 4, 6};
+  GLP g;
+  g.m = m;
+  g.dwts.assign(m, 1.0);
+  dual::Work w;
+  w.g = &g;
+  w.m = m;
+  w.pricing = dual::DP_STEEPEST;
+  w.infeas.assign(m, 0.0);
+  w.rowRej.assign(m, 0);
+  std::mt19937_64 rng(11);
+  std::uniform_real_distribution<double> u(1.0, 2.0);
+  const double weights[3] = {1.0, 3.0, 5.0};
+  int roundedTies = 0;
+  for (int k = 0; k < 4000; k++) {
+    // Violations near weight times a common ratio, so that the cross
+    // products often round alike.
+    const double base = u(rng);
+    double v[3];
+    for (int a = 0; a < 3; a++) {
+      v[a] = weights[a] * base;
+      const int nudge = static_cast<int>(rng() % 3) - 1;
+      if (nudge != 0) v[a] = std::nextafter(v[a], nudge > 0 ? 10.0 : 0.0);
+    }
+    for (int a = 0; a < 3; a++)
+      for (int b = a + 1; b < 3; b++)
+        if (v[a] * weights[b] == v[b] * weights[a] && exact_ratio_cmp(v[a], weights[a], v[b], weights[b]) != 0)
+          roundedTies++;
+    int want = 0;
+    for (int a = 1; a < 3; a++)
+      if (exact_ratio_cmp(v[a], weights[a], v[want], weights[want]) > 0) want = a;
+    for (int a = 0; a < 3; a++) {
+      w.infeas[pos[a]] = v[a];
+      g.dwts[pos[a]] = weights[a];
+    }
+    int order[3] = {0, 1, 2};
+    do {
+      w.infList.assign({pos[order[0]], pos[order[1]], pos[order[2]]});
+      ASSERT_EQ(dual::choose_row(w), pos[want])
+          << "case " << k << " order " << order[0] << order[1] << order[2] << ": " << v[0] << " " << v[1] << " " << v[2];
+    } while (std::next_permutation(order, order + 3));
+  }
+  // The cases that matter did occur.
+  EXPECT_GT(roundedTies, 100);
 }
 
 }  // namespace

@@ -635,8 +635,7 @@ int run_phase(Work &w, int *err) {
     }
     // The basic variables move along the column, in the pass that updates the
     // weights: the leaving one to its bound, and its position's violation is
-    // that of q from now on.  The list of violated positions changes in the
-    // column's order, which the row choice sees in exact ties.
+    // that of q from now on.  (The column holds r: its pivot is not negligible.)
     const double bound = s < 0 ? g->clb[jr] : g->cub[jr];
     const double thetaP = (g->x[jr] - bound) / alpha;
     g->x[q] += thetaP;
@@ -650,7 +649,6 @@ int run_phase(Work &w, int *err) {
       g->x[j] -= thetaP * a;
       set_infeas(w, p, violation2(g, j));
     });
-    g->x[jr] = bound;
 
     // Basis change.
     g->rbas[r] = q;
@@ -660,7 +658,6 @@ int run_phase(Work &w, int *err) {
     g->pivj = q;
     g->mrat = thetaP;
     g->smax = std::fabs(alpha);
-    set_infeas(w, r, violation2(g, q));
 
     int luStat = 0;
     rc = KXI_lu_update(g->lu, r, alpha, 0, &luStat);

@@ -348,8 +348,9 @@ TEST(DualRatio, SurelyAboveAgreesWithTheDivision) {
   EXPECT_FALSE(dual::ratio_surely_above(1.0, 1e-300, 1.0));
 }
 
-// Whether a/b > c/d exactly, for positive normal doubles: the mantissas as
-// 53-bit integers, multiplied in 128 bits, the exponents kept apart.
+// Whether a/b > c/d exactly, for positive normal doubles whose cross products
+// lie within 20 binades of each other (as here): the mantissas as 53-bit
+// integers, multiplied in 128 bits, the exponents kept apart.
 int exact_ratio_cmp(double a, double b, double c, double d) {
   auto split = [](double x, int64_t &mant) {
     int e;
@@ -359,7 +360,7 @@ int exact_ratio_cmp(double a, double b, double c, double d) {
   int64_t ma, mb, mc, md;
   const int ead = split(a, ma) + split(d, md), ecb = split(c, mc) + split(b, mb);
   __int128 l = static_cast<__int128>(ma) * md, r = static_cast<__int128>(mc) * mb;
-  // Bring both to the smaller exponent (the shifts stay far inside 128 bits).
+  // Bring both to the smaller exponent: 106 bits shifted by at most 20.
   if (ead > ecb) l <<= (ead - ecb);
   else r <<= (ecb - ead);
   return l > r ? 1 : (l < r ? -1 : 0);

@@ -172,6 +172,7 @@ struct GLP {
   int recompute = 0;
   double objval = 0;
   int freshStart = 1;
+  int leapAtStart = 0;  // the dual handed a primal feasible cold start to the primal
   int badEnd = 0;   // set when a run ended in a way that spoils the state
   int everFeasible = 0;
   int lastRefactorIter = 0;

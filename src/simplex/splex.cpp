@@ -49,8 +49,9 @@ int run_with_switches(GLP *g, int method, const char *what) {
     method = method == 2 ? 1 : 2;
     g->wfact = WF_CHECK;
     // A second primal pass starts from a tighter pivot tolerance and a fresh
-    // devex framework.
-    g->pvteps = std::min(g->pvteps * 10.0, 1e-7);
+    // devex framework; a hand-over before the first iteration is no trouble.
+    if (!g->leapAtStart) g->pvteps = std::min(g->pvteps * 10.0, 1e-7);
+    g->leapAtStart = 0;
     rc = spx_run_method(g, method);
   }
   return rc;

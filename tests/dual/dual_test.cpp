@@ -420,3 +420,66 @@ TEST(DualRowChoice, PicksTheExactLargestInEveryOrder) {
 }
 
 }  // namespace
+
+// A cold start that already satisfies every row, with few costs of the wrong
+// sign, goes to the primal at once; the switch parameter, a cutoff or many
+// wrong costs keep the dual.  Every route ends at the same optimum.
+TEST(DualPhases, PrimalFeasibleStartGoesToThePrimal) {
+  // x_i + x_(i+1 mod 10) <= 5, 0 <= x <= 10; the costs are 1 but for the
+  // first `wrong` columns, which have -1.
+  auto model = [](int wrong) {
+    kxtest::SmallLP lp;
+    lp.m = lp.n = 10;
+    for (int j = 0; j < 10; j++) {
+      lp.c.push_back(j < wrong ? -1.0 : 1.0);
+      lp.l.push_back(0);
+      lp.u.push_back(10);
+      lp.b.push_back(5);
+      lp.types.push_back('L');
+      lp.beg.push_back(2 * j);
+      lp.len.push_back(2);
+      lp.rows.push_back((j + 9) % 10);
+      lp.rows.push_back(j);
+      lp.coef.push_back(1);
+      lp.coef.push_back(1);
+    }
+    lp.beg.push_back(20);
+    if (lp.rows[0] > lp.rows[1]) std::swap(lp.rows[0], lp.rows[1]);
+    return lp;
+  };
+  struct Case {
+    int wrong, dpSwitch, cutoff;
+    double opt;
+    bool leaps;
+  };
+  // One wrong cost: -5 at x_0 = 5.  Three (x_0, x_1, x_2): -10 at x_0 = x_2 = 5.
+  const Case cases[] = {{1, 1, 0, -5, true}, {1, 0, 0, -5, false}, {1, 1, 1, -5, false}, {3, 1, 0, -10, false}};
+  for (const Case &c : cases) {
+    const kxtest::SmallLP lp = model(c.wrong);
+    kxtest::EnvModel em;
+    ASSERT_EQ(lp.load(em.model), 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRTFG, 1);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_DPSWITCH, c.dpSwitch);
+    if (c.cutoff) {
+      KXsetModelIntParameter(em.model, KX_IPARAM_SOLVER_USECUTOFFVAL, 1);
+      KXsetModelDouParameter(em.model, KX_DPARAM_SOLVER_CUTOFFVAL, 100.0);
+    }
+    testing::internal::CaptureStdout();
+    const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+    const std::string out = testing::internal::GetCapturedStdout();
+    const std::string what = "wrong " + std::to_string(c.wrong) + " switch " + std::to_string(c.dpSwitch) +
+                             " cutoff " + std::to_string(c.cutoff);
+    expect_optimal(r, c.opt, what.c_str());
+    EXPECT_EQ(out.find("primal feasible: switching to primal") != std::string::npos, c.leaps) << what;
+    if (c.leaps) {
+      // From there on it is the primal's run from the same start.
+      kxtest::EnvModel ep;
+      ASSERT_EQ(lp.load(ep.model), 0);
+      KXsetModelIntParameter(ep.model, KX_IPARAM_LP_PRELEVEL, 0);
+      const Result p = solve(ep.model, KX_METHOD_PSIMPLEX);
+      expect_optimal(p, c.opt, "primal");
+      EXPECT_EQ(r.iters, p.iters);
+    }
+  }
+}

@@ -10,6 +10,11 @@
 // boxed columns, [0,1] below-bounded, [-1,0] above-bounded and [-1000,1000]
 // free ones.  Its optimal basis is dual feasible for the true bounds when the
 // model is dual feasible at all.
+//
+// Phase 3, on request (KX_IPARAM_SPLEX_DUAL_PHASE 3), is the composite
+// method: every bound is clamped to plus or minus bndinf, so every column is
+// boxed and any basis is dual feasible after flips.  A run that ends with a
+// nonbasic on such an artificial bound hands over to the primal.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -284,6 +289,27 @@ void leave_phase1(Work &w) {
   g->dphase = 2;
 }
 
+// Every bound clamped to plus or minus bndinf; the true ones are kept.
+void enter_phase3(Work &w) {
+  GLP *g = w.g;
+  w.trueLb = g->clb;
+  w.trueUb = g->cub;
+  w.trueRhs = g->rhs1;
+  for (int j = 0; j < g->nm; j++) {
+    g->clb[j] = std::max(g->clb[j], -g->bndinf);
+    g->cub[j] = std::min(g->cub[j], g->bndinf);
+  }
+  w.phase = 3;
+  g->dphase = 3;
+}
+
+// Whether nonbasic j rests on a bound that phase 3 made up.
+bool at_artificial_bound(const Work &w, int j) {
+  const GLP *g = w.g;
+  const int st = g->cbas[j];
+  return ((st == -1 || st == -4) && w.trueLb[j] <= -g->bndinf) || (st == -2 && w.trueUb[j] >= g->bndinf);
+}
+
 void log_line(Work &w) {
   GLP *g = w.g;
   if (!g->model->logFunc || g->printLevel <= 0) return;
@@ -300,7 +326,7 @@ void log_line(Work &w) {
 bool cutoff_reached(Work &w, int *rc) {
   GLP *g = w.g;
   *rc = 0;
-  if (!g->useCutoff || w.phase != 2) return false;
+  if (!g->useCutoff || w.phase == 1) return false;
   const double lim = g->sense * (g->cutoff - g->objconst) * g->objscale;
   const double tol = 1e-9 * (1.0 + std::fabs(lim));
   if (work_objective(w) <= lim + tol) return false;
@@ -310,6 +336,11 @@ bool cutoff_reached(Work &w, int *rc) {
     *rc = refresh(w, false);
     if (*rc) return false;
     if (g->ncinf > 0) return false;
+  }
+  if (w.phase == 3) {
+    // A column on a made-up bound makes the objective no bound at all.
+    for (int j = 0; j < g->nm; j++)
+      if (g->cbas[j] < 0 && at_artificial_bound(w, j)) return false;
   }
   g->dualobj = true_objective(g);
   if (g->dualobj > lim + tol) {
@@ -407,11 +438,14 @@ bool ray_proves(const Work &w, const SpxVec &rho, int r, int s) {
   // direction of the violated bound.
   long double best = base;
   const SpxVec &row = g->pivrow;
+  // Phase 3's clamps are no bounds of the model: the proof takes the true ones.
+  const double *lb = w.phase == 3 ? w.trueLb.data() : g->clb.data();
+  const double *ub = w.phase == 3 ? w.trueUb.data() : g->cub.data();
   for (int k = 0; k < row.count; k++) {
     const int j = row.ind[k];
     const double a = row.val[j];
     const double toward = s * a;  // the way x_j moves x_r toward the violated bound
-    const double bnd = toward > 0 ? g->cub[j] : g->clb[j];
+    const double bnd = toward > 0 ? ub[j] : lb[j];
     if (std::fabs(bnd) >= inf) {
       // An open column: the ratio test passed it over as a pivot below its
       // tolerance, which the proof follows.
@@ -422,7 +456,7 @@ bool ray_proves(const Work &w, const SpxVec &rho, int r, int s) {
     size = std::max(size, std::fabs(a * bnd));
   }
   const int jr = g->rbas[r];
-  const double target = s < 0 ? g->clb[jr] : g->cub[jr];
+  const double target = s < 0 ? lb[jr] : ub[jr];
   const double gap = s < 0 ? static_cast<double>(target - best) : static_cast<double>(best - target);
   return gap > g->reps * (1.0 + std::fabs(target)) + 1e-9 * size;
 }
@@ -440,7 +474,7 @@ int run_phase(Work &w, int *err) {
   double runIters = 0;
   for (;;) {
     if (g->wfact != WF_NONE) {
-      int rc = refresh(w, w.phase == 2);
+      int rc = refresh(w, w.phase != 1);
       if (rc) {
         *err = rc;
         return PE_ERROR;
@@ -462,7 +496,7 @@ int run_phase(Work &w, int *err) {
         *err = rc;
         return rc ? PE_ERROR : PE_STAT;
       }
-      if (g->useCutoff && w.phase == 2) {
+      if (g->useCutoff && w.phase != 1) {
         if (cutoff_reached(w, &rc)) {
           g->stat = GLP_CUTOFF;
           return PE_STAT;
@@ -534,7 +568,7 @@ int run_phase(Work &w, int *err) {
         g->wfact = WF_CONFIRM;
         continue;
       }
-      if (w.phase == 2 && ray_proves(w, rho, r, s)) {
+      if (w.phase != 1 && ray_proves(w, rho, r, s)) {
         // No column can make row r feasible: a dual ray.
         g->ray.assign(m, 0.0);
         for_each(rho, m, [&](int i, double v) { g->ray[i] = s * v; });
@@ -681,7 +715,7 @@ int run_phase(Work &w, int *err) {
     // window are degenerate, the perturbation grows tenfold (twice at most).
     if (g->iter - w.winIter >= std::max(200, m / 4)) {
       const double share = static_cast<double>(g->ndeg - w.winDeg) / (g->iter - w.winIter);
-      if (w.perturbed && w.phase == 2 && w.pertRemovals == 0 && w.raises < kMaxRaises && share > kRaiseShare) {
+      if (w.perturbed && w.phase != 1 && w.pertRemovals == 0 && w.raises < kMaxRaises && share > kRaiseShare) {
         w.raises++;
         perturb_costs(w, std::pow(10.0, w.raises), true);
       }
@@ -799,11 +833,13 @@ int run(Work &w) {
   const bool weightsKept = g->dwts.size() == static_cast<size_t>(m) && g->dwtsHead == g->rbas;
   if (!weightsKept) init_weights(w, !g->freshStart && m <= 5000);
 
+  const int forced = pam->dualPhase;
+  if (forced == 3) enter_phase3(w);
   rc = spx_compute_duals(g, w.cost);
   if (rc) return lu_rc(rc);
   const bool warm = g->iter > 0 || !g->freshStart;
   // (Not under a cutoff: the primal cannot stop on one.)
-  if (!warm && pam->dpSwitch && pam->dualPhase == 0 && !g->useCutoff && primal_start_is_better(w)) {
+  if (!warm && pam->dpSwitch && forced == 0 && !g->useCutoff && primal_start_is_better(w)) {
     spx_debug(g, 1, "\nThe starting basis is primal feasible: switching to primal.");
     g->stat = GLP_SWITCH;
     g->leapAtStart = 1;
@@ -816,7 +852,6 @@ int run(Work &w) {
   }
   double maxInf = 0.0;
   const int ninf = count_dual_infeas(w, &maxInf);
-  const int forced = pam->dualPhase;
   spx_debug(g, 1, "\nEntering dual simplex.  (LP=%d, m=%d, n=%d, nonz=%lld, stat = %d),", 1, m, n,
             static_cast<long long>(g->nonz), g->stat);
   spx_debug(g, 1, "\nFeasibility tolerances. (Reps=%e, Ceps=%e, dphase=%d, dsim_ratio_type=%d),", g->reps,
@@ -862,9 +897,11 @@ int run(Work &w) {
     g->wfact = WF_CHECK;
     w.factorFresh = true;
   }
-  w.phase = 2;
-  g->dphase = 2;
-  spx_debug(g, 1, "\nPhase 2 started:");
+  if (w.phase != 3) {
+    w.phase = 2;
+    g->dphase = 2;
+    spx_debug(g, 1, "\nPhase 2 started:");
+  }
 
   for (;;) {
     int err = 0;
@@ -925,7 +962,22 @@ int dsimplex(GLP *g) {
   } catch (const std::bad_alloc &) {
     rc = SPX_NOMEM;
   }
-  if (w.phase == 1) {
+  if (w.phase == 3 && rc == 0 &&
+      (g->stat == GLP_OPTIMAL || g->stat == GLP_INFEASIBLE || g->stat == GLP_UNBOUNDED || g->stat == GLP_SWITCH)) {
+    // A nonbasic on a made-up bound: the point is not one of the model, and
+    // the primal finishes from this basis.
+    bool artificial = false;
+    for (int j = 0; j < g->nm; j++)
+      if (g->cbas[j] < 0 && dual::at_artificial_bound(w, j)) {
+        artificial = true;
+        g->cbas[j] = -1;  // placed below by the true bounds
+      }
+    if (artificial) {
+      g->stat = GLP_SWITCH;
+      spx_debug(g, 1, "\nSome nonbasics are at artifical bounds. (stat = %d)", g->stat);
+    }
+  }
+  if (w.phase == 1 || w.phase == 3) {
     g->clb.swap(w.trueLb);
     g->cub.swap(w.trueUb);
     g->rhs1.swap(w.trueRhs);

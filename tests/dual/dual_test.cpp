@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "support/kx_test_util.h"
@@ -182,12 +183,52 @@ TEST(DualPhases, FreeColumnsNeedPhaseOne) {
   lp.len = {3, 3};
   lp.rows = {0, 1, 2, 0, 1, 2};
   lp.coef = {1, 1, -1, 1, -1, 1};
-  for (int phase : {0, 1}) {
+  for (int phase : {0, 1, 3}) {
     kxtest::EnvModel em;
     ASSERT_EQ(lp.load(em.model), 0);
     KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, phase);
     const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
     expect_optimal(r, -4.0, "free columns");
+  }
+}
+
+// Phase 3 clamps every bound to plus or minus bndinf: a run whose end rests on
+// such a bound is finished by the primal, any other ends in the dual; both
+// reach the primal's optimum, and infeasible models end infeasible.
+TEST(DualPhases, PhaseThreeEndsWhereThePrimalDoes) {
+  std::mt19937 rng(31);
+  int handedOver = 0, endedInDual = 0;
+  for (int t = 0; t < 40; t++) {
+    const kxtest::SmallLP lp = make_lp(rng, kBounded);
+    const Result p = solve_lp(lp, KX_METHOD_PSIMPLEX, -1, -2);
+    ASSERT_EQ(p.status, KX_STATUS_BASIC_OPTIMAL) << "model " << t;
+    for (int dratio : {0, 1}) {
+      kxtest::EnvModel em;
+      ASSERT_EQ(lp.load(em.model), 0);
+      KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+      KXsetModelIntParameter(em.model, KX_IPARAM_LP_DRATIO, dratio);
+      KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, 3);
+      KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRTFG, 1);
+      testing::internal::CaptureStdout();
+      const Result d = solve(em.model, KX_METHOD_DSIMPLEX);
+      const std::string out = testing::internal::GetCapturedStdout();
+      expect_optimal(d, p.obj, ("phase 3, dratio " + std::to_string(dratio) + " model " + std::to_string(t)).c_str());
+      if (out.find("at artifical bounds") != std::string::npos) handedOver++;
+      else endedInDual++;
+    }
+  }
+  EXPECT_GE(handedOver, 5);
+  EXPECT_GE(endedInDual, 5);
+  for (int t = 0; t < 20; t++) {
+    const kxtest::SmallLP lp = make_lp(rng, kInfeasible);
+    kxtest::EnvModel em;
+    ASSERT_EQ(lp.load(em.model), 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, 3);
+    const Result d = solve(em.model, KX_METHOD_DSIMPLEX);
+    EXPECT_EQ(d.rc, 0);
+    EXPECT_TRUE(d.status == KX_STATUS_INFEASIBLE || d.status == KX_STATUS_INFORUNB)
+        << "model " << t << " status " << d.status;
   }
 }
 

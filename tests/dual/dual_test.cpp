@@ -216,9 +216,43 @@ TEST(DualPhases, PhaseThreeEndsWhereThePrimalDoes) {
       if (out.find("at artifical bounds") != std::string::npos) handedOver++;
       else endedInDual++;
     }
+    // A cutoff the optimum beats must not stop the run, though the objective
+    // of a point on made-up bounds may pass it.
+    kxtest::EnvModel ec;
+    ASSERT_EQ(lp.load(ec.model), 0);
+    KXsetModelIntParameter(ec.model, KX_IPARAM_LP_PRELEVEL, 0);
+    KXsetModelIntParameter(ec.model, KX_IPARAM_SPLEX_DUAL_PHASE, 3);
+    KXsetModelIntParameter(ec.model, KX_IPARAM_SOLVER_USECUTOFFVAL, 1);
+    KXsetModelDouParameter(ec.model, KX_DPARAM_SOLVER_CUTOFFVAL, p.obj + lp.sense * (1.0 + 0.1 * std::fabs(p.obj)));
+    expect_optimal(solve(ec.model, KX_METHOD_DSIMPLEX), p.obj, ("phase 3, cutoff, model " + std::to_string(t)).c_str());
   }
   EXPECT_GE(handedOver, 5);
   EXPECT_GE(endedInDual, 5);
+  {
+    // min -x, 0 <= x <= 2e15, x <= 3e15: the clamp holds x at 1e15, where the
+    // objective passes a cutoff of -1.5e15 that the optimum -2e15 beats.
+    kxtest::SmallLP big;
+    big.m = big.n = 1;
+    big.c = {-1};
+    big.l = {0};
+    big.u = {2e15};
+    big.b = {3e15};
+    big.types = {'L'};
+    big.beg = {0, 1};
+    big.len = {1};
+    big.rows = {0};
+    big.coef = {1};
+    kxtest::EnvModel em;
+    ASSERT_EQ(big.load(em.model), 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_SCALE, 0);
+    KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, 3);
+    KXsetModelIntParameter(em.model, KX_IPARAM_SOLVER_USECUTOFFVAL, 1);
+    KXsetModelDouParameter(em.model, KX_DPARAM_SOLVER_CUTOFFVAL, -1.5e15);
+    const Result r = solve(em.model, KX_METHOD_DSIMPLEX);
+    EXPECT_EQ(r.status, KX_STATUS_BASIC_OPTIMAL);
+    EXPECT_EQ(r.obj, -2e15);
+  }
   for (int t = 0; t < 20; t++) {
     const kxtest::SmallLP lp = make_lp(rng, kInfeasible);
     kxtest::EnvModel em;

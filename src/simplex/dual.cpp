@@ -962,17 +962,17 @@ int dsimplex(GLP *g) {
   } catch (const std::bad_alloc &) {
     rc = SPX_NOMEM;
   }
-  if (w.phase == 3 && rc == 0 &&
-      (g->stat == GLP_OPTIMAL || g->stat == GLP_INFEASIBLE || g->stat == GLP_UNBOUNDED || g->stat == GLP_SWITCH)) {
-    // A nonbasic on a made-up bound: the point is not one of the model, and
-    // the primal finishes from this basis.
-    bool artificial = false;
+  bool artificial = false;
+  if (w.phase == 3) {
     for (int j = 0; j < g->nm; j++)
       if (g->cbas[j] < 0 && dual::at_artificial_bound(w, j)) {
         artificial = true;
         g->cbas[j] = -1;  // placed below by the true bounds
       }
-    if (artificial) {
+    // A nonbasic on a made-up bound: the point is not one of the model, and
+    // the primal finishes from this basis.
+    if (artificial && rc == 0 &&
+        (g->stat == GLP_OPTIMAL || g->stat == GLP_INFEASIBLE || g->stat == GLP_UNBOUNDED || g->stat == GLP_SWITCH)) {
       g->stat = GLP_SWITCH;
       spx_debug(g, 1, "\nSome nonbasics are at artifical bounds. (stat = %d)", g->stat);
     }
@@ -983,6 +983,11 @@ int dsimplex(GLP *g) {
     g->rhs1.swap(w.trueRhs);
     for (int j = 0; j < g->nm; j++)
       if (g->cbas[j] < 0) spx_place_nonbasic(g, j);
+    // A phase-3 run stopped by a limit keeps its basis; its basic values are
+    // computed afresh: they follow the nonbasics that left made-up bounds, and
+    // the running ones carry the rounding of every flip across such a box
+    // (1e15 times a pivot entry, there and back).
+    if (w.phase == 3 && rc == 0 && g->stat != GLP_SWITCH) rc = dual::lu_rc(spx_compute_xb(g));
   }
   if (rc == 0 && g->stat == GLP_RUNNING) g->stat = GLP_SWITCH;
   g->objval = dual::true_objective(g);

@@ -258,12 +258,26 @@ void remove_cost_changes(Work &w) {
   w.shifted = false;
 }
 
-// The auxiliary boxes of phase 1 over the true bounds.
-void enter_phase1(Work &w) {
-  GLP *g = w.g;
+// The true bounds and right-hand side are kept while phase 1 or 3 works on
+// others, and swapped back at its end.
+void keep_true_data(Work &w) {
+  const GLP *g = w.g;
   w.trueLb = g->clb;
   w.trueUb = g->cub;
   w.trueRhs = g->rhs1;
+}
+
+void restore_true_data(Work &w) {
+  GLP *g = w.g;
+  g->clb.swap(w.trueLb);
+  g->cub.swap(w.trueUb);
+  g->rhs1.swap(w.trueRhs);
+}
+
+// The auxiliary boxes of phase 1 over the true bounds.
+void enter_phase1(Work &w) {
+  GLP *g = w.g;
+  keep_true_data(w);
   for (int j = 0; j < g->nm; j++) {
     const bool hl = has_lo(g, j), hu = has_up(g, j);
     double lo, up;
@@ -282,9 +296,7 @@ void enter_phase1(Work &w) {
 void leave_phase1(Work &w) {
   GLP *g = w.g;
   if (w.phase != 1) return;
-  g->clb.swap(w.trueLb);
-  g->cub.swap(w.trueUb);
-  g->rhs1.swap(w.trueRhs);
+  restore_true_data(w);
   w.phase = 2;
   g->dphase = 2;
 }
@@ -292,9 +304,7 @@ void leave_phase1(Work &w) {
 // Every bound clamped to plus or minus bndinf; the true ones are kept.
 void enter_phase3(Work &w) {
   GLP *g = w.g;
-  w.trueLb = g->clb;
-  w.trueUb = g->cub;
-  w.trueRhs = g->rhs1;
+  keep_true_data(w);
   for (int j = 0; j < g->nm; j++) {
     g->clb[j] = std::max(g->clb[j], -g->bndinf);
     g->cub[j] = std::min(g->cub[j], g->bndinf);
@@ -978,9 +988,7 @@ int dsimplex(GLP *g) {
     }
   }
   if (w.phase == 1 || w.phase == 3) {
-    g->clb.swap(w.trueLb);
-    g->cub.swap(w.trueUb);
-    g->rhs1.swap(w.trueRhs);
+    dual::restore_true_data(w);
     for (int j = 0; j < g->nm; j++)
       if (g->cbas[j] < 0) spx_place_nonbasic(g, j);
     // A phase-3 run stopped by a limit keeps its basis; its basic values are

@@ -37,14 +37,21 @@ inline void check_netlib_optimum(pModel model, const NetlibCase &c, const std::s
 }
 
 // Solve with a method and the dual's parameters (-2: leave as is) and check.
-inline DualRun dual_solve_and_check(const NetlibCase &c, int method, int dratio, int dpricing) {
+// A phase given (KX_IPARAM_SPLEX_DUAL_PHASE) runs with presolve off, so that
+// it meets the model as it stands.
+inline DualRun dual_solve_and_check(const NetlibCase &c, int method, int dratio, int dpricing, int dphase = -2) {
   DualRun r;
   EnvModel em;
   if (!read_netlib(em, c)) return r;
   if (dratio > -2) KXsetModelIntParameter(em.model, KX_IPARAM_LP_DRATIO, dratio);
   if (dpricing > -2) KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DPRICING, dpricing);
+  if (dphase > -2) {
+    KXsetModelIntParameter(em.model, KX_IPARAM_SPLEX_DUAL_PHASE, dphase);
+    KXsetModelIntParameter(em.model, KX_IPARAM_LP_PRELEVEL, 0);
+  }
   const std::string what = c.name + " method " + std::to_string(method) + " dratio " +
-                           std::to_string(dratio) + " dpricing " + std::to_string(dpricing);
+                           std::to_string(dratio) + " dpricing " + std::to_string(dpricing) + " dphase " +
+                           std::to_string(dphase);
   EXPECT_EQ(KXoptimize(em.model, method, &r.status), 0) << what;
   r.iters = iterations(em.model);
   if (c.set == "infeasible") {

@@ -1,8 +1,8 @@
 // The dual simplex on netlib: every model that solves in seconds with methods 2
-// and 0; every ratio test and pricing rule on a dozen models, degenerate ones
-// among them; the cutoff on both sides of the optimum; and warm starts after a
-// change of a bound, a right-hand side, or a new row, which must take a small
-// share of the iterations of a cold solve.
+// and 0; every ratio test, pricing rule and phase choice on a dozen models,
+// degenerate ones among them; the cutoff on both sides of the optimum; and warm
+// starts after a change of a bound, a right-hand side, or a new row, which must
+// take a small share of the iterations of a cold solve.
 #include "data_suite/netlib_dual_common.h"
 
 namespace {
@@ -31,6 +31,7 @@ TEST_P(NetlibDualRules, EveryRatioTestAndPricingRule) {
   if (!kxtest::have_data("netlib/manifest.csv")) GTEST_SKIP() << "netlib data absent";
   for (int dratio = 0; dratio <= 3; dratio++) kxtest::dual_solve_and_check(GetParam(), KX_METHOD_DSIMPLEX, dratio, -2);
   for (int dp = -1; dp <= 4; dp++) kxtest::dual_solve_and_check(GetParam(), KX_METHOD_DSIMPLEX, -2, dp);
+  for (int phase : {0, 1, 3}) kxtest::dual_solve_and_check(GetParam(), KX_METHOD_DSIMPLEX, -2, -2, phase);
 }
 
 INSTANTIATE_TEST_SUITE_P(Netlib, NetlibDualRules,

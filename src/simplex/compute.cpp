@@ -194,6 +194,17 @@ double spx_primal_infeas(GLP *g, int *count, double *maxv) {
   return sum;
 }
 
+int spx_wrong_costs(const GLP *g) {
+  int count = 0;
+  for (int j = 0; j < g->nm; j++) {
+    const int st = g->cbas[j];
+    if (st >= 0 || g->clb[j] == g->cub[j]) continue;
+    const double d = g->rdc[j];
+    if ((st == -1 && d < -g->ceps) || (st == -2 && d > g->ceps) || (st == -3 && std::fabs(d) > g->ceps)) count++;
+  }
+  return count;
+}
+
 double spx_objective(const GLP *g) {
   double s = 0.0;
   for (int j = 0; j < g->n; j++) s += g->objv[j] * g->x[j];

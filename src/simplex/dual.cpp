@@ -800,15 +800,8 @@ bool primal_start_is_better(Work &w) {
   int rowsOff = 0;
   spx_primal_infeas(g, &rowsOff, nullptr);
   if (rowsOff > 0) return false;
-  int count = 0;
-  for (int j = 0; j < g->nm; j++) {
-    const int st = g->cbas[j];
-    if (st >= 0 || g->clb[j] == g->cub[j]) continue;
-    const double d = g->rdc[j];
-    if ((st == -1 && d < -g->ceps) || (st == -2 && d > g->ceps) || (st == -3 && std::fabs(d) > g->ceps))
-      count++;
-  }
-  return count > 0 && 5 * count <= g->m;
+  const int wrong = spx_wrong_costs(g);
+  return wrong > 0 && 5 * wrong <= g->m;
 }
 
 int run(Work &w) {

@@ -279,6 +279,9 @@ void spx_load_column(const GLP *g, int j, SpxVec &v);  // column j by row
 // dual computes it through spx_pivot_row_visit in pivot_row.h.)
 void spx_pivot_row(GLP *g, const SpxVec &rho);
 double spx_primal_infeas(GLP *g, int *count, double *maxv);
+// Nonbasic, not fixed columns whose reduced cost (rdc) has the wrong sign for
+// their status (beyond ceps; any nonzero one for a free column).
+int spx_wrong_costs(const GLP *g);
 double spx_objective(const GLP *g);  // scaled internal objective of x
 
 // --- pricing.cpp: choice of the entering column and devex ----------------------

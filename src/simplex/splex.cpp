@@ -113,14 +113,7 @@ bool warm_start_is_optimal(GLP *g) {
   spx_primal_infeas(g, &count, &maxv);
   if (count > 0) return false;
   if (spx_compute_duals(g, g->objv) != 0) return false;
-  for (int j = 0; j < g->nm; j++) {
-    const int st = g->cbas[j];
-    if (st >= 0 || g->clb[j] == g->cub[j]) continue;
-    const double d = g->rdc[j];
-    if ((st == -1 && d < -g->ceps) || (st == -2 && d > g->ceps) ||
-        (st == -3 && std::fabs(d) > g->ceps))
-      return false;
-  }
+  if (spx_wrong_costs(g) > 0) return false;
   g->stat = GLP_OPTIMAL;
   g->wfact = WF_NONE;
   return true;
